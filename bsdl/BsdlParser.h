@@ -1,0 +1,27 @@
+// Reads one BSDL file into an OmBsdlData. Scanner and parser hold process-wide state: one parse at
+// a time.
+#pragma once
+
+#include <string>
+
+class OmBsdlData;
+
+class OmBsdlParserCallback {
+  public:
+    virtual ~OmBsdlParserCallback() = default;
+    virtual void Error(const char* text) = 0; // a located error
+    virtual void Info(const char* text) = 0;  // a line that explains the error before it
+};
+
+// Collects everything said into one text.
+class OmBsdlParserCallbackImpl : public OmBsdlParserCallback {
+  public:
+    void Error(const char* message) override;
+    void Info(const char* message) override;
+
+    std::string text;
+};
+
+// True if the file was accepted without an error. A failed parse leaves `data` partly filled; the
+// caller throws it away. `callback` may be null.
+bool ParseBsdlFile(const char* path, OmBsdlData& data, OmBsdlParserCallback* callback);

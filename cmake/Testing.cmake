@@ -1,0 +1,13 @@
+# Tests: one program for each folder of tests, one ctest entry for each program, so that a whole run
+# costs few process starts.
+
+enable_testing()
+
+# om_add_test(name SOURCES file... LIBRARIES target... [ENVIRONMENT VAR=value...])
+function(om_add_test name)
+  cmake_parse_arguments(arg "" "" "SOURCES;LIBRARIES;ENVIRONMENT" ${ARGN})
+  add_executable(${name} ${arg_SOURCES})
+  target_link_libraries(${name} PRIVATE om_options ${arg_LIBRARIES} GTest::gmock_main)
+  add_test(NAME ${name} COMMAND ${name} --gtest_brief=1)
+  set_tests_properties(${name} PROPERTIES TIMEOUT 600 ENVIRONMENT "${arg_ENVIRONMENT}")
+endfunction()

@@ -1,0 +1,92 @@
+// The one object through which the windows reach the chain and the flash: owns the setup, the
+// connection settings, the cable, the analyzer and what was found about the flash. Every operation
+// reports its own failure to the user, catches what the JTAG layer throws (closing the cable), and
+// answers a bool; callers stop on false without another word. GUI thread only.
+#pragma once
+
+#include "flash/CommandSet.h"
+#include "flash/Progress.h"
+#include "jtag/ChainAnalyzer.h"
+#include "jtag/ConnectionSettings.h"
+#include "setup/DesignSetup.h"
+
+#include <cstdint>
+#include <memory>
+#include <string>
+#include <vector>
+
+class OmDataImage;
+
+// What an action needs; a mask.
+enum PrepareFlags : unsigned {
+    kPrepareNone = 0,
+    kPrepareFlashCommands = 1,  // control signals and address pins for flash commands
+    kPrepareIdentify = 2,       // find the command set
+    kPrepareIdentifyOrFail = 4, // failing to find it stops the action
+    kPrepareSectors = 8,        // find the sector map
+};
+
+// Bytes of the image, counted over all chips.
+struct OmAddressRange {
+    uint32_t start = 0;
+    uint32_t size = 0;
+};
+
+class OmFlashProgrammer {
+  public:
+    // Process-wide, made on first use; loads the connection settings then.
+    static OmFlashProgrammer& GetInstance();
+
+    OmFlashProgrammer();
+    ~OmFlashProgrammer();
+    OmFlashProgrammer(const OmFlashProgrammer&) = delete;
+    OmFlashProgrammer& operator=(const OmFlashProgrammer&) = delete;
+
+    // --- connection
+    bool OpenCable();  // keeps the cable if the settings lead to the same connection
+    void CloseCable(); // the next action opens it anew
+    bool ConfirmAdaptiveClocking();
+    bool JtagReset();
+    bool ExamineChain(std::vector<OmBitVector>& chain, bool& atmelBug);
+    bool CaptureChainIr(OmBitVector& bits);
+
+    // --- setup
+    void
+    SetDesignSetup(const OmDesignSetup& newSetup); // forgets what was found about chain and flash
+    bool LoadDesignSetup(const std::string& path); // 8-bit path; false without a message
+    bool SaveDesignSetup(const std::string& path); // likewise
+
+    // --- actions; `flags` is an OR of PrepareFlags
+    bool Prepare(unsigned flags);
+    uint32_t GetFlashSizeBytes() const;
+
+    // Whole bus words reach `image`, even where `start` or `size` cut one. What was read stays
+    // there on false.
+    bool ReadFlash(OmProgressCallback& callback, uint32_t start, uint32_t size, OmDataImage& image);
+    bool ProgramFlash(OmProgressCallback& callback, const OmDataImage& image);
+    bool VerifyFlash(OmUnitedProgressCallback& callback, const OmDataImage& image);
+    bool BlankCheckFlash(OmUnitedProgressCallback& callback,
+                         const std::vector<OmAddressRange>& ranges);
+
+    // Sector start offsets in bytes of one chip.
+    bool EraseSectors(OmProgressCallback& callback, const OmSectorRange& chipOffsets);
+    bool EraseChip(OmProgressCallback& callback);
+    bool LockSectors(OmProgressCallback& callback, const OmSectorRange& chipOffsets);
+    bool UnlockSectors(OmProgressCallback& callback, const OmSectorRange& chipOffsets);
+    bool ConfirmIntelCommandSet();
+    bool GetFlashInfo(std::wstring& html);
+
+    // --- state, in the order in which it is built up
+    bool adaptiveWarningAnswered = false;
+    OmDesignSetup setup;
+    OmConnectionSettings settings;             // what the user edits
+    OmConnectionSettings applied;              // what the present cable was built from
+    std::unique_ptr<OmCable> cable;            // null when closed
+    std::unique_ptr<OmChainAnalyzer> analyzer; // null until the first open
+    OmCommandSet commandSet = OmCommandSet::Unknown;
+    uint32_t bufferBytes = 0; // write buffer of one chip
+    int waitScans = 0;        // found by the wait tuner, kept for the next Program
+    bool sectorsValid = false;
+    OmFlashSectorLayout sectors; // what the setup or the flash gave; may be empty
+    bool setupChecked = false;   // the setup has passed the integrity check once
+};

@@ -1,0 +1,15 @@
+// Turns connection settings into a live cable. A cable is one header, one source and one row of the
+// factory's table.
+#pragma once
+
+#include "jtag/Cable.h"
+#include "jtag/ConnectionSettings.h"
+
+#include <memory>
+
+// Null if the cable could not be opened; the connection log has the reason. Writes only
+// `settings.ftd2xxIsHighSpeed`.
+std::unique_ptr<OmCable> CreateCable(OmConnectionSettings& settings);
+
+// What the user sees for a cable type ("Generic FTDI FT2232"); null for a value out of range.
+const wchar_t* GetCableLabel(OmCableType type);
