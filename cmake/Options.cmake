@@ -16,7 +16,8 @@ find_program(OM_CCACHE ccache)
 if(OM_CCACHE)
   # The sloppiness is what makes precompiled headers cacheable.
   set(CMAKE_CXX_COMPILER_LAUNCHER ${CMAKE_COMMAND} -E env
-      CCACHE_SLOPPINESS=pch_defines,time_macros CCACHE_BASEDIR=${CMAKE_SOURCE_DIR} ${OM_CCACHE})
+      CCACHE_SLOPPINESS=pch_defines,time_macros CCACHE_BASEDIR=${CMAKE_SOURCE_DIR} CCACHE_NOHASHDIR=1
+      ${OM_CCACHE})
 endif()
 
 add_library(om_options INTERFACE)
