@@ -3,6 +3,7 @@
 
 #include <cstdint>
 #include <list>
+#include <map>
 #include <span>
 #include <vector>
 
@@ -23,6 +24,12 @@ struct OmDataChunk {
 // memory exhaustion throws std::bad_alloc as any container does.
 class OmDataImage {
   public:
+    OmDataImage() = default;
+    OmDataImage(const OmDataImage& other);
+    OmDataImage(OmDataImage&& other) noexcept;
+    OmDataImage& operator=(OmDataImage other) noexcept;
+    ~OmDataImage() = default;
+
     // Overwrites, appends to a chunk or starts a new one; joins two chunks when their gap closes.
     void SetByte(uint32_t address, uint8_t value);
 
@@ -53,8 +60,16 @@ class OmDataImage {
     // A copy whose addresses are all moved by `offset`, modulo 2^32.
     OmDataImage ShiftedBy(uint32_t offset) const;
 
-    bool operator==(const OmDataImage&) const = default;
+    bool operator==(const OmDataImage& other) const { return chunks_ == other.chunks_; }
 
   private:
-    std::list<OmDataChunk> chunks_;
+    using Chunks = std::list<OmDataChunk>;
+
+    Chunks::iterator FindChunkAtOrBelow(uint32_t address);
+    Chunks::iterator InsertChunk(uint32_t address, std::span<const uint8_t> bytes);
+    void AbsorbFollowing(Chunks::iterator chunk);
+
+    Chunks chunks_;
+    // Chunks by start address: files of many thousand chunks must not cost a walk for each record.
+    std::map<uint32_t, Chunks::iterator> index_;
 };
