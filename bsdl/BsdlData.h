@@ -76,7 +76,7 @@ class OmBsdlData {
     bool operator==(const OmBsdlData&) const = default;
 
     // Keeps an attribute. BOUNDARY_LENGTH of this entity sizes the cell table, so it must come
-    // before the cells.
+    // before the cells. A length above a million is not usable and leaves the table empty.
     void AddAttribute(const std::string& name, const std::string& target,
                       const std::string& targetClass, const std::string& value);
 
