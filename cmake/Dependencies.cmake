@@ -5,6 +5,8 @@ set(wxWidgets_EXCLUDE_COMMON_LIBRARIES TRUE)
 # Makes the imported-style interface target `name` from a set of wx libraries.
 function(om_find_wx name)
   find_package(wxWidgets 3.2 REQUIRED COMPONENTS ${ARGN})
+  # wx-config adds this for a set without windows; it would reach the windows through the lower layers.
+  list(REMOVE_ITEM wxWidgets_DEFINITIONS wxUSE_GUI=0)
   add_library(${name} INTERFACE)
   target_include_directories(${name} SYSTEM INTERFACE ${wxWidgets_INCLUDE_DIRS})
   target_compile_definitions(${name} INTERFACE ${wxWidgets_DEFINITIONS}

@@ -11,3 +11,16 @@ function(om_add_test name)
   add_test(NAME ${name} COMMAND ${name} --gtest_brief=1)
   set_tests_properties(${name} PROPERTIES TIMEOUT 600 ENVIRONMENT "${arg_ENVIRONMENT}")
 endfunction()
+
+# om_add_window_test(name SOURCES file... [LIBRARIES target...] [ENVIRONMENT VAR=value...])
+# A test program with windows. Its main starts a display of its own, so that such tests may run side
+# by side; see tests/windows/support.
+function(om_add_window_test name)
+  cmake_parse_arguments(arg "" "" "SOURCES;LIBRARIES;ENVIRONMENT" ${ARGN})
+  add_executable(${name} ${arg_SOURCES})
+  target_link_libraries(${name} PRIVATE om_options om_window_test_support om_windows om_test_support
+                        ${arg_LIBRARIES})
+  target_precompile_headers(${name} PRIVATE ${CMAKE_SOURCE_DIR}/app/Precompiled.h)
+  add_test(NAME ${name} COMMAND ${name} --gtest_brief=1)
+  set_tests_properties(${name} PROPERTIES TIMEOUT 600 ENVIRONMENT "${arg_ENVIRONMENT}")
+endfunction()

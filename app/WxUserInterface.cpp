@@ -1,0 +1,49 @@
+#include "app/WxUserInterface.h"
+
+#include <wx/app.h>
+#include <wx/msgdlg.h>
+#include <wx/utils.h>
+
+namespace {
+
+long ToToolkitStyle(OmMessageStyle style) {
+    static constexpr long kButtons[] = {wxOK, wxOK | wxCANCEL, wxYES_NO, wxYES_NO | wxCANCEL};
+    static constexpr long kIcons[] = {wxICON_NONE, wxICON_INFORMATION, wxICON_EXCLAMATION,
+                                      wxICON_ERROR, wxICON_QUESTION};
+    return kButtons[static_cast<size_t>(style.buttons)] | kIcons[static_cast<size_t>(style.icon)] |
+           (style.noIsDefault ? wxNO_DEFAULT : 0);
+}
+
+OmAnswer FromToolkitAnswer(int answer) {
+    switch (answer) {
+    case wxYES:
+        return OmAnswer::Yes;
+    case wxNO:
+        return OmAnswer::No;
+    case wxCANCEL:
+        return OmAnswer::Cancel;
+    default:
+        return OmAnswer::Ok;
+    }
+}
+
+// wxGetActiveWindow misses dialogs on some hosts, and then a box would hide behind its dialog.
+wxWindow* FindBoxParent() {
+    wxWindow* parent = wxGetActiveWindow();
+    return parent ? wxGetTopLevelParent(parent) : wxTheApp->GetTopWindow();
+}
+
+} // namespace
+
+OmAnswer WxUserInterface::ShowMessage(const std::wstring& text, const std::wstring& caption,
+                                      OmMessageStyle style) {
+    return FromToolkitAnswer(wxMessageBox(text, caption, ToToolkitStyle(style), FindBoxParent()));
+}
+
+void WxUserInterface::BeginBusyCursor() {
+    wxBeginBusyCursor();
+}
+
+void WxUserInterface::EndBusyCursor() {
+    wxEndBusyCursor();
+}

@@ -1,0 +1,36 @@
+// A user who works through modal dialogs: each dialog that comes up takes the next step, which
+// works on its real controls and presses one of its buttons. A dialog that nobody expected fails
+// the test and is cancelled.
+#pragma once
+
+#include <deque>
+#include <functional>
+#include <wx/modalhook.h>
+
+class ModalSteps : public wxModalDialogHook {
+  public:
+    using Step = std::function<void(wxDialog&)>;
+
+    ModalSteps();           // installs itself
+    ~ModalSteps() override; // fails the test if an expected dialog did not come
+    ModalSteps(const ModalSteps&) = delete;
+    ModalSteps& operator=(const ModalSteps&) = delete;
+
+    // The next dialog, in order, has this title and takes `step`, which is to leave it closed.
+    // Steps for dialogs that it opens itself are expected behind it.
+    void Expect(const wxString& title, Step step);
+
+    // The same for a dialog that only needs one of its buttons pressed.
+    void ExpectAndPress(const wxString& title, int buttonId);
+
+  protected:
+    int Enter(wxDialog* dialog) override;
+
+  private:
+    struct Expected {
+        wxString title;
+        Step step;
+    };
+
+    std::deque<Expected> expected_;
+};
