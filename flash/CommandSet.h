@@ -18,5 +18,8 @@ inline bool IsAmd(OmCommandSet set) {
     return set == OmCommandSet::AmdWord || set == OmCommandSet::AmdBuffered;
 }
 
+// As shown to the user.
+const wchar_t* GetCommandSetName(OmCommandSet set);
+
 // How a flash primitive ended.
 enum class OmFlashResult { Done = 0, Stopped = 1, FlashError = 2, TimeOut = 3, BlockLocked = 4 };

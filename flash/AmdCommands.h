@@ -1,0 +1,45 @@
+// The AMD command set (CFI primary command set 2): resets, autoselect, erase, programming. All need
+// the chain in EXTEST and leave the flash in read mode with the bus idle, unless they say
+// otherwise.
+#pragma once
+
+#include "flash/BusCycleBatch.h"
+#include "flash/FlashIds.h"
+
+#include <cstdint>
+
+class OmDataImage;
+class OmProgressCallback;
+
+void AmdReset(OmBoundaryScanBus& bus); // the bus stays selected
+
+// The write-to-buffer-abort reset, in the given batch.
+void AmdAbortReset(OmBusCycleBatch& batch);
+
+// The two unlock cycles.
+void AppendAmdUnlock(OmBusCycleBatch& batch);
+
+OmFlashIds AmdReadId(OmBoundaryScanBus& bus);
+
+// `chipOffset` in bytes of one chip. Done, Stopped (the erase goes on inside the flash), FlashError
+// or TimeOut. The caller has run AmdReset.
+OmFlashResult AmdEraseSector(OmBoundaryScanBus& bus, OmProgressCallback& callback,
+                             uint32_t chipOffset);
+OmFlashResult AmdEraseChip(OmBoundaryScanBus& bus, OmProgressCallback& callback);
+
+// Programs `image`; Done or Stopped. `bypass` halves the scans of a word where the flash knows the
+// unlock bypass mode. `wait` is tuned as it goes, `count` counts the words drawn. The caller has
+// run AmdReset.
+OmFlashResult AmdProgramWords(OmBoundaryScanBus& bus, OmProgressCallback& callback,
+                              const OmDataImage& image, bool bypass, int& wait, uint32_t& count);
+OmFlashResult AmdProgramBuffers(OmBoundaryScanBus& bus, OmProgressCallback& callback,
+                                const OmDataImage& image, unsigned wordsPerBlock, int& wait,
+                                uint32_t& count);
+
+// The same without reading status.
+OmFlashResult AmdProgramWordsBlind(OmBoundaryScanBus& bus, OmProgressCallback& callback,
+                                   const OmDataImage& image, bool bypass, int wait,
+                                   uint32_t& count);
+OmFlashResult AmdProgramBuffersBlind(OmBoundaryScanBus& bus, OmProgressCallback& callback,
+                                     const OmDataImage& image, unsigned wordsPerBlock, int wait,
+                                     uint32_t& count);

@@ -1,0 +1,68 @@
+// The loops that program a data image: many operations laid into one list of scans, with a tuned
+// number of idle scans as the wait. What a command set adds is an OmBulkCommands.
+#pragma once
+
+#include "flash/BusCycleBatch.h"
+#include "flash/ImageWordCursor.h"
+
+#include <cstdint>
+#include <vector>
+
+class OmProgressCallback;
+
+// What the captures of one batch say.
+struct OmBulkVerdict {
+    std::vector<bool> done;    // by item
+    bool writeAborted = false; // the flash waits for an abort reset
+    bool blockLocked = false;  // programming ends
+};
+
+// One way of programming: a command set, by words or by blocks.
+class OmBulkCommands {
+  public:
+    explicit OmBulkCommands(unsigned words) : wordsPerBlock(words) {}
+
+    virtual ~OmBulkCommands() = default;
+
+    // Ahead of everything.
+    virtual void Open(OmBoundaryScanBus& bus) const;
+
+    // Into the batch that lasts for the whole action, before its first item.
+    virtual void Enter(OmBusCycleBatch& batch) const;
+
+    // One item that ends in the one captured scan of its status, after `wait` idle scans.
+    virtual void AppendItem(OmBusCycleBatch& batch, const OmProgramBlock& item, int wait) const = 0;
+
+    // The scans that end a batch of such items.
+    virtual void AppendClosing(OmBusCycleBatch& batch) const;
+    virtual int ClosingScans() const = 0;
+
+    // One item without a status read; what follows it ends its last write.
+    virtual void AppendBlindItem(OmBusCycleBatch& batch, const OmProgramBlock& item,
+                                 int wait) const = 0;
+
+    // Looks at the status word of one item: true if it is programmed.
+    virtual bool Judge(const OmBoundaryScanBus& bus, const OmProgramBlock& item, uint32_t status,
+                       OmBulkVerdict& verdict) const = 0;
+
+    // Clears what `writeAborted` has told of.
+    virtual void ResetAbort(OmBusCycleBatch& batch) const;
+
+    // After the last item has settled.
+    virtual void Close(OmBusCycleBatch& batch) const = 0;
+
+    unsigned wordsPerBlock; // 1: word by word
+};
+
+// Programs every word that `image` touches and tunes `wait`, the idle scans ahead of a status read,
+// as it goes. `count` counts the words drawn from the image. An item that fails at the longest wait
+// is dropped without a word: a verify finds the hole. Done, Stopped, or FlashError for a locked
+// block.
+OmFlashResult ProgramWithStatus(OmBoundaryScanBus& bus, const OmBulkCommands& commands,
+                                OmProgressCallback& callback, const OmDataImage& image, int& wait,
+                                uint32_t& count);
+
+// The same with nothing read back. Done or Stopped.
+OmFlashResult ProgramBlind(OmBoundaryScanBus& bus, const OmBulkCommands& commands,
+                           OmProgressCallback& callback, const OmDataImage& image, int wait,
+                           uint32_t& count);

@@ -1,0 +1,43 @@
+// The Intel command set (CFI primary command sets 1 and 3): read array, status register, erase,
+// lock and unlock, programming. All need the chain in EXTEST and leave the flash in read array mode
+// with its status register clear and the bus idle, unless they say otherwise.
+#pragma once
+
+#include "flash/BusCycleBatch.h"
+#include "flash/FlashIds.h"
+
+#include <cstdint>
+
+class OmDataImage;
+class OmProgressCallback;
+
+void IntelReadArray(OmBoundaryScanBus& bus);   // the bus stays selected
+void IntelClearStatus(OmBoundaryScanBus& bus); // likewise
+
+OmFlashIds IntelReadId(OmBoundaryScanBus& bus);
+
+// `chipOffset` in bytes of one chip. Done, Stopped, FlashError, TimeOut, and for the erase
+// BlockLocked.
+OmFlashResult IntelEraseBlock(OmBoundaryScanBus& bus, OmProgressCallback& callback,
+                              uint32_t chipOffset);
+OmFlashResult IntelLockBlock(OmBoundaryScanBus& bus, OmProgressCallback& callback,
+                             uint32_t chipOffset);
+OmFlashResult IntelUnlockBlock(OmBoundaryScanBus& bus, OmProgressCallback& callback,
+                               uint32_t chipOffset);
+OmFlashResult IntelSetBlockLock(OmBoundaryScanBus& bus, OmProgressCallback& callback, bool lock,
+                                uint32_t chipOffset);
+
+// Programs `image`: Done, Stopped, or FlashError, which here always means a locked block. `wait` is
+// tuned as it goes, `count` counts the words drawn.
+OmFlashResult IntelProgramWords(OmBoundaryScanBus& bus, OmProgressCallback& callback,
+                                const OmDataImage& image, int& wait, uint32_t& count);
+OmFlashResult IntelProgramBuffers(OmBoundaryScanBus& bus, OmProgressCallback& callback,
+                                  const OmDataImage& image, unsigned wordsPerBlock, int& wait,
+                                  uint32_t& count);
+
+// The same without reading status: Done or Stopped.
+OmFlashResult IntelProgramWordsBlind(OmBoundaryScanBus& bus, OmProgressCallback& callback,
+                                     const OmDataImage& image, int wait, uint32_t& count);
+OmFlashResult IntelProgramBuffersBlind(OmBoundaryScanBus& bus, OmProgressCallback& callback,
+                                       const OmDataImage& image, unsigned wordsPerBlock, int wait,
+                                       uint32_t& count);
