@@ -7,9 +7,11 @@
 
 class OmClock;
 class OmLibraryLoader;
+class OmPortDriverOpener;
 
 OmClock& GetHostClock();
 OmLibraryLoader& GetHostLibraryLoader();
+OmPortDriverOpener& GetHostPortDriverOpener();
 
 // Full path of the running program's file; empty if the system cannot tell.
 std::wstring GetHostProgramPath();
