@@ -1,0 +1,54 @@
+#include "jtag/CableFactory.h"
+
+#include "jtag/Log.h"
+
+#include <utility>
+
+namespace {
+
+using Creator = std::unique_ptr<OmCable> (*)(OmConnectionSettings&);
+
+struct CableRow {
+    const wchar_t* label;
+    const wchar_t* logName;
+    Creator create; // null for a cable that this build cannot drive
+};
+
+// Indexed by OmCableType.
+constexpr CableRow kCables[kCableTypeCount] = {
+    {L"Xilinx Parallel Cable III / IV", L"XILINX_PARALLEL_CABLE_3", nullptr},
+    {L"Altera ByteBlaster MV / II", L"ALTERA_BYTEBLASTER_MV", nullptr},
+    {L"Lattice Parallel ispDownload", L"LATTICE_PARALLEL_ISPDOWNLOAD", nullptr},
+    {L"Wiggler", L"WIGGLER", nullptr},
+    {L"Embest EasyICE", L"WIGGLER", nullptr}, // a Wiggler's pinout
+    {L"Digilent JTAG-USB", L"DIGILENT_ADEPT", nullptr},
+    {L"Generic FTDI FT2232", L"FTD2XX", nullptr},
+    {L"Segger J-Link", L"JLINK_USB", nullptr},
+    {L"Segger J-Link via TCP/IP server", L"JLINK_IP", nullptr},
+    {L"Altera USB-Blaster", L"ALTERA_USB_BLASTER", nullptr},
+};
+
+const CableRow* FindCable(OmCableType type) {
+    const auto index = static_cast<int32_t>(type);
+    return index >= 0 && index < kCableTypeCount ? &kCables[index] : nullptr;
+}
+
+std::unique_ptr<OmCable> Create(const CableRow& row, OmConnectionSettings& settings) {
+    OmLog(L"Creating cable object  %ls\n", row.logName);
+    return row.create ? row.create(settings) : nullptr;
+}
+
+} // namespace
+
+std::unique_ptr<OmCable> CreateCable(OmConnectionSettings& settings) {
+    const CableRow* row = FindCable(settings.cableType);
+    std::unique_ptr<OmCable> cable = row ? Create(*row, settings) : nullptr;
+    if (!cable)
+        OmLog(L"*** FAILED *** (CreateCable failed)\n");
+    return cable;
+}
+
+const wchar_t* GetCableLabel(OmCableType type) {
+    const CableRow* row = FindCable(type);
+    return row ? row->label : nullptr;
+}
