@@ -4,17 +4,21 @@
 // answers a bool; callers stop on false without another word. GUI thread only.
 #pragma once
 
+#include "flash/ChainConformity.h"
 #include "flash/CommandSet.h"
 #include "flash/Progress.h"
+#include "jtag/CableFactory.h"
 #include "jtag/ChainAnalyzer.h"
 #include "jtag/ConnectionSettings.h"
 #include "setup/DesignSetup.h"
 
 #include <cstdint>
+#include <functional>
 #include <memory>
 #include <string>
 #include <vector>
 
+class OmBoundaryScanBus;
 class OmDataImage;
 
 // What an action needs; a mask.
@@ -34,7 +38,8 @@ struct OmAddressRange {
 
 class OmFlashProgrammer {
   public:
-    // Process-wide, made on first use; loads the connection settings then.
+    // Process-wide, made on first use; loads the connection settings then. Any other object starts
+    // with the default settings.
     static OmFlashProgrammer& GetInstance();
 
     OmFlashProgrammer();
@@ -45,10 +50,27 @@ class OmFlashProgrammer {
     // --- connection
     bool OpenCable();  // keeps the cable if the settings lead to the same connection
     void CloseCable(); // the next action opens it anew
+
+    // Adaptive clocking hangs a chain that does not return the clock, so the user is asked once.
     bool ConfirmAdaptiveClocking();
+
+    // Takes the chain out of EXTEST; the board's own logic has its pins back.
     bool JtagReset();
+
+    // Both open the cable if there is none.
     bool ExamineChain(std::vector<OmBitVector>& chain, bool& atmelBug);
     bool CaptureChainIr(OmBitVector& bits);
+
+    // Compares the detected chain with `checked`, and gives its devices of unknown IR length the
+    // length that the captured IR bits settle. `errors` forbids to go on, `warnings` asks first.
+    // With `accepted` null every IDCODE mismatch is reported; otherwise the warnings come only if a
+    // mismatch is not in it, and new ones are entered.
+    void CheckChainConformity(OmDesignSetup& checked, std::wstring& errors, std::wstring& warnings,
+                              OmAcceptedMismatches* accepted);
+
+    // The same for the current setup, with the boxes; a mismatch that the user accepts is not asked
+    // about again until the setup's chain changes.
+    bool ConfirmChainConformity();
 
     // --- setup
     void
@@ -58,10 +80,10 @@ class OmFlashProgrammer {
 
     // --- actions; `flags` is an OR of PrepareFlags
     bool Prepare(unsigned flags);
-    uint32_t GetFlashSizeBytes() const;
+    uint32_t GetFlashSizeBytes() const; // at most FFFFFFFFh
 
-    // Whole bus words reach `image`, even where `start` or `size` cut one. What was read stays
-    // there on false.
+    // These need a Prepare that has succeeded. Whole bus words reach `image`, even where `start` or
+    // `size` cut one. What was read stays there on false.
     bool ReadFlash(OmProgressCallback& callback, uint32_t start, uint32_t size, OmDataImage& image);
     bool ProgramFlash(OmProgressCallback& callback, const OmDataImage& image);
     bool VerifyFlash(OmUnitedProgressCallback& callback, const OmDataImage& image);
@@ -76,6 +98,9 @@ class OmFlashProgrammer {
     bool ConfirmIntelCommandSet();
     bool GetFlashInfo(std::wstring& html);
 
+    // Makes the cable for OpenCable; tests put in their own.
+    std::function<std::unique_ptr<OmCable>(OmConnectionSettings&)> createCable = CreateCable;
+
     // --- state, in the order in which it is built up
     bool adaptiveWarningAnswered = false;
     OmDesignSetup setup;
@@ -83,10 +108,30 @@ class OmFlashProgrammer {
     OmConnectionSettings applied;              // what the present cable was built from
     std::unique_ptr<OmCable> cable;            // null when closed
     std::unique_ptr<OmChainAnalyzer> analyzer; // null until the first open
+    OmAcceptedMismatches acceptedMismatches;   // IDCODEs that the user has accepted
     OmCommandSet commandSet = OmCommandSet::Unknown;
     uint32_t bufferBytes = 0; // write buffer of one chip
     int waitScans = 0;        // found by the wait tuner, kept for the next Program
     bool sectorsValid = false;
     OmFlashSectorLayout sectors; // what the setup or the flash gave; may be empty
     bool setupChecked = false;   // the setup has passed the integrity check once
+
+  private:
+    void ReplaceCable();
+    bool OpenForAnalysis();
+
+    // --- steps of Prepare
+    bool CheckSetup(unsigned flags);
+    bool CheckPinCells();
+    bool IdentifyFlash(unsigned flags);
+
+    // The opening of every operation: EXTEST, and the flash in read mode.
+    void OpenBus(OmBoundaryScanBus& bus);
+    void OpenBus(OmBoundaryScanBus& bus, OmCommandSet mode);
+
+    bool SetSectorLocks(OmProgressCallback& callback, const OmSectorRange& chipOffsets, bool lock);
+
+    // The outermost frame of every action: what the JTAG layer throws ends in a box and a closed
+    // cable. `callback` may be null.
+    bool Guarded(OmProgressCallback* callback, const std::function<bool()>& action);
 };

@@ -1,0 +1,113 @@
+// The setup and what comes before an action. The connection, the operations and the report each
+// have a source of their own.
+#include "flash/FlashProgrammer.h"
+
+#include "flash/BoundaryScanBus.h"
+#include "flash/Identification.h"
+#include "flash/InstructionTable.h"
+#include "platform/Text.h"
+#include "platform/UserInterface.h"
+#include "setup/SetupFile.h"
+
+#include <algorithm>
+#include <limits>
+
+OmFlashProgrammer& OmFlashProgrammer::GetInstance() {
+    static OmFlashProgrammer instance;
+    static const bool loaded = (LoadConnectionSettings(instance.settings), true);
+    static_cast<void>(loaded);
+    return instance;
+}
+
+OmFlashProgrammer::OmFlashProgrammer() = default;
+
+OmFlashProgrammer::~OmFlashProgrammer() = default;
+
+// The write buffer's size stays: it counts only together with a command set that detection has just
+// found.
+void OmFlashProgrammer::SetDesignSetup(const OmDesignSetup& newSetup) {
+    if (setup.irCapture != newSetup.irCapture || setup.devices != newSetup.devices)
+        acceptedMismatches.clear();
+    setup = newSetup;
+    if (analyzer)
+        analyzer->devices.clear();
+    commandSet = OmCommandSet::Unknown;
+    waitScans = 0;
+    sectorsValid = false;
+    sectors = OmFlashSectorLayout();
+    setupChecked = false;
+}
+
+bool OmFlashProgrammer::LoadDesignSetup(const std::string& path) {
+    const OmBusyCursor busy;
+    OmDesignSetup loaded;
+    if (!LoadSetupXml(loaded, FromLocal(path)))
+        return false;
+    SetDesignSetup(loaded);
+    return true;
+}
+
+bool OmFlashProgrammer::SaveDesignSetup(const std::string& path) {
+    const OmBusyCursor busy;
+    return SaveSetupXml(setup, FromLocal(path));
+}
+
+uint32_t OmFlashProgrammer::GetFlashSizeBytes() const {
+    if (setup.ChipCount < 1 || setup.WordSize < 1)
+        return 0;
+    const uint64_t wordBytes =
+        static_cast<uint64_t>(setup.ChipCount) * static_cast<uint64_t>(setup.WordSize);
+    const size_t addressBits = std::min<size_t>(setup.addressPins.size(), 32);
+    return static_cast<uint32_t>(
+        std::min<uint64_t>(wordBytes << addressBits, std::numeric_limits<uint32_t>::max()));
+}
+
+bool OmFlashProgrammer::ConfirmIntelCommandSet() {
+    if (IsIntel(commandSet))
+        return true;
+    return GetUserInterface().ShowMessage(
+               L"It seems like the connected flash does not support neither Intel Standard (Basic) "
+               L"nor Intel Extended (Scaleable) command set.\n\nIgnore this warning and proceed "
+               L"anyway?",
+               L"Warning", kWarningQuestionBox) == OmAnswer::Yes;
+}
+
+bool OmFlashProgrammer::Prepare(unsigned flags) {
+    return Guarded(nullptr, [this, flags] {
+        return CheckSetup(flags) && OpenCable() && ConfirmAdaptiveClocking() &&
+               ConfirmChainConformity() && CheckPinCells() && IdentifyFlash(flags);
+    });
+}
+
+bool OmFlashProgrammer::CheckSetup(unsigned flags) {
+    if (!setup.CheckSetupIntegrity(flags, setupChecked))
+        return false;
+    setupChecked = true;
+    return true;
+}
+
+// A scratch bus proves that every pin resolves to a boundary cell.
+bool OmFlashProgrammer::CheckPinCells() {
+    OmBoundaryScanBus bus;
+    std::wstring errors;
+    if (bus.BuildFromSetup(setup, setup.devices, errors))
+        return true;
+    GetUserInterface().ShowMessage(errors, L"Setup Integrity Check Error", kWarningBox);
+    return false;
+}
+
+// Without a sector map the action goes on: the user has been told, and `sectors` is empty.
+bool OmFlashProgrammer::IdentifyFlash(unsigned flags) {
+    if (analyzer->devices.empty())
+        FillInstructionTable(setup.devices, *analyzer);
+    OmFlashIdentifier identifier(setup, *analyzer);
+    if ((flags & kPrepareIdentify) && !identifier.EnsureCommandSet(commandSet, bufferBytes) &&
+        (flags & kPrepareIdentifyOrFail)) {
+        ShowMessage(L"Failed to identify flash command set (or command set is unsupported).",
+                    kWarningBox);
+        return false;
+    }
+    if (flags & kPrepareSectors)
+        identifier.EnsureSectors(sectors, sectorsValid);
+    return true;
+}

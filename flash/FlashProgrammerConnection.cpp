@@ -1,0 +1,97 @@
+// The connection half of the flash programmer: the one cable and the analyzer over it.
+#include "flash/FlashProgrammer.h"
+#include "jtag/Exception.h"
+#include "platform/UserInterface.h"
+
+namespace {
+
+constexpr wchar_t kAdaptiveClockingWarning[] =
+    L"Adaptive Clocking is enabled!\n\nUse Adaptive Clocking ONLY IF a target device in a JTAG "
+    L"chain and a JTAG adapter support this feature! Otherwise, the software will hang up with no "
+    L"error messages (!) upon attempt to shift data into a JTAG chain.\n\nIgnore this warning and "
+    L"continue with adaptive clocking enabled?";
+
+} // namespace
+
+bool OmFlashProgrammer::OpenCable() {
+    if (!cable || !settings.SameConnection(applied))
+        ReplaceCable();
+    if (analyzer)
+        analyzer->SetCable(cable.get());
+    else
+        analyzer = std::make_unique<OmChainAnalyzer>(cable.get());
+    return cable != nullptr;
+}
+
+// The old cable goes first: most pods can be opened only once.
+void OmFlashProgrammer::ReplaceCable() {
+    if (analyzer)
+        analyzer->SetCable(nullptr);
+    cable.reset();
+    cable = createCable(settings);
+    applied = settings;
+    if (!cable)
+        ShowMessage(L"Failed to initialize a JTAG connection", kErrorBox);
+}
+
+void OmFlashProgrammer::CloseCable() {
+    analyzer.reset();
+    cable.reset();
+}
+
+bool OmFlashProgrammer::ConfirmAdaptiveClocking() {
+    if (adaptiveWarningAnswered || !settings.ftd2xxAdaptiveClocking ||
+        settings.cableType != OmCableType::Ftd2xx || !settings.ftd2xxIsHighSpeed)
+        return true;
+    const OmAnswer answer =
+        GetUserInterface().ShowMessage(kAdaptiveClockingWarning, L"Warning", kLossQuestionBox);
+    adaptiveWarningAnswered = answer == OmAnswer::Yes;
+    return adaptiveWarningAnswered;
+}
+
+bool OmFlashProgrammer::JtagReset() {
+    return Guarded(nullptr, [this] {
+        if (!OpenCable() || !ConfirmAdaptiveClocking())
+            return false;
+        analyzer->ResetTap();
+        return true;
+    });
+}
+
+// An analyzer that a failed OpenCable left behind has no HAL to scan through.
+bool OmFlashProgrammer::OpenForAnalysis() {
+    return (analyzer && analyzer->hal) || OpenCable();
+}
+
+bool OmFlashProgrammer::ExamineChain(std::vector<OmBitVector>& chain, bool& atmelBug) {
+    chain.clear();
+    atmelBug = false;
+    return Guarded(nullptr, [&] {
+        if (!OpenForAnalysis())
+            return false;
+        const OmBusyCursor busy;
+        return analyzer->AnalyzeChain(chain, atmelBug);
+    });
+}
+
+bool OmFlashProgrammer::CaptureChainIr(OmBitVector& bits) {
+    bits.clear();
+    return Guarded(nullptr, [&] {
+        if (!OpenForAnalysis())
+            return false;
+        const OmBusyCursor busy;
+        return analyzer->CaptureChainIr(bits);
+    });
+}
+
+bool OmFlashProgrammer::Guarded(OmProgressCallback* callback, const std::function<bool()>& action) {
+    try {
+        return action();
+    } catch (const OmException& exception) {
+        if (callback)
+            callback->OnFinish();
+        ShowMessage(exception.GetText(), kErrorBox);
+        CloseCable();
+        return false;
+    }
+}

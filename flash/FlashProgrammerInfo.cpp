@@ -1,0 +1,38 @@
+// The Info command's report.
+#include "flash/FlashInfo.h"
+#include "flash/FlashProgrammer.h"
+#include "flash/Identification.h"
+
+namespace {
+
+std::vector<OmChipInfo> DescribeChips(const OmDesignSetup& setup, const OmFlashIds& ids,
+                                      const CfiData& cfi) {
+    std::vector<OmChipInfo> chips;
+    for (int chip = 0; chip < setup.ChipCount; ++chip) {
+        const int lane = chip * setup.WordSize * 8;
+        chips.push_back({static_cast<uint8_t>(ids.manufacturer >> lane),
+                         static_cast<uint8_t>(ids.device >> lane),
+                         cfi.chips[static_cast<size_t>(chip)]});
+    }
+    return chips;
+}
+
+} // namespace
+
+// Looks at the flash whatever is known of it; what the object knows is then found anew.
+bool OmFlashProgrammer::GetFlashInfo(std::wstring& html) {
+    return Guarded(nullptr, [&] {
+        OmFlashIdentifier identifier(setup, *analyzer);
+        OmDetectedFlash found;
+        const bool known = identifier.DetectCommandSet(found);
+        commandSet = OmCommandSet::Unknown;
+        identifier.EnsureCommandSet(commandSet, bufferBytes);
+        sectorsValid = false;
+        identifier.EnsureSectors(sectors, sectorsValid);
+        const std::wstring name =
+            known ? GetCommandSetName(found.commandSet) : L"<font color=\"#ce0022\">Unknown</font>";
+        html =
+            FormatFlashInfo(name, setup.WordSize, DescribeChips(setup, found.ids, identifier.cfi));
+        return true;
+    });
+}
