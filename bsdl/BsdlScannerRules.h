@@ -1,0 +1,13 @@
+// What the scanner's rules use of the scanner around them.
+#pragma once
+
+#include "bsdl/BsdlScanner.h"
+
+// Keeps the text of the token just matched and returns `token`.
+int KeepText(int token);
+
+// A line of the input on top has ended.
+void CountLine();
+
+// At the end of an input: goes on with the one below. False if there is none.
+bool ResumeInputBelow();
