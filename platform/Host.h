@@ -2,6 +2,8 @@
 // by the sources of this folder.
 #pragma once
 
+#include <cstdio>
+#include <filesystem>
 #include <memory>
 #include <string>
 
@@ -15,3 +17,15 @@ OmPortDriverOpener& GetHostPortDriverOpener();
 
 // Full path of the running program's file; empty if the system cannot tell.
 std::wstring GetHostProgramPath();
+
+// Files to write, null if they cannot be opened. `text`: lines end as the host ends them.
+std::FILE* CreateHostFile(const std::filesystem::path& path, bool text); // must not exist yet
+std::FILE* OpenHostFile(const std::filesystem::path& path, bool text);
+
+bool IsHostFileWritable(const std::filesystem::path& path);
+
+// Gives one file the permissions of another, as far as the system allows.
+void CopyHostFileAccess(const std::filesystem::path& from, const std::filesystem::path& to);
+
+// Waits until what was written is on the disk.
+bool SyncHostFile(std::FILE* stream);
