@@ -20,20 +20,25 @@ void StoreInChunk(OmDataChunk& chunk, uint32_t address, std::span<const uint8_t>
 
 } // namespace
 
-OmDataImage::OmDataImage(const OmDataImage& other) : chunks_(other.chunks_) {
+OmDataImage::OmDataImage(const OmDataImage& other)
+    : chunks_(other.chunks_), touching_(other.touching_) {
     for (auto chunk = chunks_.begin(); chunk != chunks_.end(); ++chunk)
         index_.emplace_hint(index_.end(), chunk->address, chunk);
 }
 
 OmDataImage::OmDataImage(OmDataImage&& other) noexcept {
-    chunks_.swap(other.chunks_);
-    index_.swap(other.index_);
+    Swap(other);
 }
 
 OmDataImage& OmDataImage::operator=(OmDataImage other) noexcept {
+    Swap(other);
+    return *this;
+}
+
+void OmDataImage::Swap(OmDataImage& other) noexcept {
     chunks_.swap(other.chunks_);
     index_.swap(other.index_);
-    return *this;
+    std::swap(touching_, other.touching_);
 }
 
 void OmDataImage::SetByte(uint32_t address, uint8_t value) {
@@ -50,17 +55,18 @@ void OmDataImage::SetBytes(uint32_t address, std::span<const uint8_t> bytes) {
         StoreInChunk(*chunk, address, bytes);
     else
         chunk = InsertChunk(address, bytes);
-    AbsorbFollowing(chunk);
+    SettleFollowing(chunk);
 }
 
 void OmDataImage::MergeFrom(const OmDataImage& other) {
-    for (const OmDataChunk& chunk : other.chunks_)
+    for (const OmDataChunk& chunk : other.GetChunks())
         SetBytes(chunk.address, chunk.bytes);
 }
 
 void OmDataImage::ClearImage() {
     chunks_.clear();
     index_.clear();
+    touching_ = false;
 }
 
 uint64_t OmDataImage::GetByteCount() const {
@@ -102,16 +108,47 @@ OmDataImage::Chunks::iterator OmDataImage::InsertChunk(uint32_t address,
     return chunk;
 }
 
-// Joins the chunks that `chunk` has grown onto or over; where both hold a byte, `chunk` has the
-// newer one.
-void OmDataImage::AbsorbFollowing(Chunks::iterator chunk) {
-    for (auto next = std::next(chunk); next != chunks_.end() && next->address <= chunk->End();
-         next = chunks_.erase(next)) {
-        if (next->End() > chunk->End()) {
-            const auto covered = static_cast<ptrdiff_t>(chunk->End() - next->address);
-            chunk->bytes.insert(chunk->bytes.end(), next->bytes.begin() + covered,
-                                next->bytes.end());
-        }
+// Removes the overlap of `chunk`, which holds the newer bytes, with what follows, and joins it with
+// the first chunk that sticks out or touches. Only the smaller of the two is ever moved: a larger
+// one is left in place, with the newer bytes written over its head, until somebody looks.
+void OmDataImage::SettleFollowing(Chunks::iterator chunk) {
+    auto next = std::next(chunk);
+    while (next != chunks_.end() && next->End() <= chunk->End()) {
+        index_.erase(next->address);
+        next = chunks_.erase(next);
+    }
+    if (next == chunks_.end() || next->address > chunk->End())
+        return;
+    const auto overlap = static_cast<ptrdiff_t>(chunk->End() - next->address);
+    if (next->bytes.size() > chunk->bytes.size()) {
+        std::copy(chunk->bytes.end() - overlap, chunk->bytes.end(), next->bytes.begin());
+        chunk->bytes.resize(chunk->bytes.size() - static_cast<size_t>(overlap));
+        touching_ = true;
+        return;
+    }
+    chunk->bytes.insert(chunk->bytes.end(), next->bytes.begin() + overlap, next->bytes.end());
+    index_.erase(next->address);
+    const auto behind = chunks_.erase(next);
+    touching_ |= behind != chunks_.end() && behind->address == chunk->End();
+}
+
+void OmDataImage::JoinTouching() const {
+    if (!touching_)
+        return;
+    for (auto chunk = chunks_.begin(); chunk != chunks_.end(); ++chunk)
+        JoinWithFollowing(chunk);
+    touching_ = false;
+}
+
+// One growth for the whole run, so that every byte moves once.
+void OmDataImage::JoinWithFollowing(Chunks::iterator chunk) const {
+    uint64_t end = chunk->End();
+    auto last = std::next(chunk);
+    for (; last != chunks_.end() && last->address == end; ++last)
+        end = last->End();
+    chunk->bytes.reserve(static_cast<size_t>(end - chunk->address));
+    for (auto next = std::next(chunk); next != last; next = chunks_.erase(next)) {
+        chunk->bytes.insert(chunk->bytes.end(), next->bytes.begin(), next->bytes.end());
         index_.erase(next->address);
     }
 }

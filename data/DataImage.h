@@ -45,31 +45,40 @@ class OmDataImage {
 
     bool IsEmpty() const { return chunks_.empty(); }
 
-    size_t GetChunkCount() const { return chunks_.size(); }
+    size_t GetChunkCount() const { return GetChunks().size(); }
 
-    const std::list<OmDataChunk>& GetChunks() const { return chunks_; }
+    const std::list<OmDataChunk>& GetChunks() const {
+        JoinTouching();
+        return chunks_;
+    }
 
     // Bytes held in all chunks.
     uint64_t GetByteCount() const;
 
     // These two only for an image that is not empty.
-    const OmDataChunk& GetLastChunk() const { return chunks_.back(); }
+    const OmDataChunk& GetLastChunk() const { return GetChunks().back(); }
 
     uint32_t GetHighestAddress() const { return GetLastChunk().LastAddress(); }
 
     // A copy whose addresses are all moved by `offset`, modulo 2^32.
     OmDataImage ShiftedBy(uint32_t offset) const;
 
-    bool operator==(const OmDataImage& other) const { return chunks_ == other.chunks_; }
+    bool operator==(const OmDataImage& other) const { return GetChunks() == other.GetChunks(); }
 
   private:
     using Chunks = std::list<OmDataChunk>;
 
+    void Swap(OmDataImage& other) noexcept;
     Chunks::iterator FindChunkAtOrBelow(uint32_t address);
     Chunks::iterator InsertChunk(uint32_t address, std::span<const uint8_t> bytes);
-    void AbsorbFollowing(Chunks::iterator chunk);
+    void SettleFollowing(Chunks::iterator chunk);
+    void JoinTouching() const;
+    void JoinWithFollowing(Chunks::iterator chunk) const;
 
-    Chunks chunks_;
+    // Chunks may touch, but never overlap, until somebody looks: data that arrives downwards would
+    // otherwise move a growing chunk for every record.
+    mutable Chunks chunks_;
     // Chunks by start address: files of many thousand chunks must not cost a walk for each record.
-    std::map<uint32_t, Chunks::iterator> index_;
+    mutable std::map<uint32_t, Chunks::iterator> index_;
+    mutable bool touching_ = false; // some chunks may touch
 };

@@ -1,6 +1,7 @@
 #include "data/DataImage.h"
 
 #include <gtest/gtest.h>
+#include <random>
 #include <utility>
 
 namespace {
@@ -10,6 +11,19 @@ using Bytes = std::vector<uint8_t>;
 // Chunks written as (address, bytes) pairs.
 std::vector<OmDataChunk> ChunksOf(const OmDataImage& image) {
     return {image.GetChunks().begin(), image.GetChunks().end()};
+}
+
+// Bytes by address, -1 where there is none; chunks that touch or overlap fail.
+std::vector<int> ArrayOf(const OmDataImage& image, size_t size) {
+    std::vector<int> array(size, -1);
+    uint64_t behind = 0;
+    for (const OmDataChunk& chunk : image.GetChunks()) {
+        EXPECT_FALSE(chunk.bytes.empty());
+        EXPECT_TRUE(behind == 0 || chunk.address > behind);
+        std::copy(chunk.bytes.begin(), chunk.bytes.end(), array.begin() + chunk.address);
+        behind = chunk.End();
+    }
+    return array;
 }
 
 OmDataImage MakeImage(const std::vector<OmDataChunk>& chunks) {
@@ -187,6 +201,40 @@ TEST(DataImage, ManyChunksInAnyOrderStayCheap) {
         image.SetByte(n * 7919 % kChunks * 2, static_cast<uint8_t>(n));
     EXPECT_EQ(image.GetChunkCount(), kChunks);
     EXPECT_EQ(image.GetHighestAddress(), 2 * kChunks - 2);
+}
+
+// Eight megabytes that arrive downwards, sixteen bytes at a time: moving the whole for every run
+// would move two terabytes.
+TEST(DataImage, DataThatArrivesDownwardsStaysCheap) {
+    constexpr uint32_t kRuns = 1 << 19;
+    OmDataImage image;
+    for (uint32_t run = kRuns; run-- > 0;)
+        image.SetBytes(run * 16, Bytes(16, static_cast<uint8_t>(run)));
+    ASSERT_EQ(image.GetChunkCount(), 1u);
+    EXPECT_EQ(image.GetByteCount(), kRuns * 16u);
+    for (uint32_t run = 0; run < kRuns; ++run)
+        ASSERT_EQ(image.GetLastChunk().bytes[run * 16 + 15], run & 0xFF);
+}
+
+// The image against one plain array, under random runs and looks.
+TEST(DataImage, AgreesWithAnArrayUnderRandomRuns) {
+    std::mt19937 random(1);
+    for (int round = 0; round < 200; ++round) {
+        OmDataImage image;
+        std::vector<int> model(300, -1);
+        for (int write = 0; write < 40; ++write) {
+            const uint32_t address = random() % 280;
+            Bytes run(random() % 20);
+            for (size_t index = 0; index < run.size(); ++index)
+                model[address + index] = run[index] = static_cast<uint8_t>(random());
+            image.SetBytes(address, run);
+            if (random() % 4 == 0) {
+                ASSERT_EQ(ArrayOf(image, model.size()), model);
+            }
+        }
+        const OmDataImage copy = image;
+        ASSERT_EQ(ArrayOf(copy, model.size()), model);
+    }
 }
 
 } // namespace
