@@ -58,7 +58,6 @@ class OmMainFrame : public wxFrame {
 
     // Destruction.
     void SaveRecentFiles();
-    void SaveGeometry() const;
 
     // Runs one command; a command that comes while another one runs is dropped.
     void RunCommand(Handler handler, wxCommandEvent& event);
@@ -81,7 +80,7 @@ class OmMainFrame : public wxFrame {
     void OnSaveDataAs(wxCommandEvent& event);
     void OnRecentData(wxCommandEvent& event);
     void SaveDataUnderNewName();
-    void ShowLoadedData(const OmDataImage& image, const wxString& path);
+    void ShowLoadedData(OmDataImage image, const wxString& path);
     // The path that stops being current enters the recent files; an empty new one says that the
     // data came from the flash.
     void TakeDataPath(const wxString& path);

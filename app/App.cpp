@@ -1,0 +1,100 @@
+#include "app/App.h"
+
+#include "app/MainFrame.h"
+#include "app/SettingsStore.h"
+#include "app/WindowGeometry.h"
+#include "bsdl/Idcode.h"
+#include "platform/Paths.h"
+#include "platform/Text.h"
+
+#include <vector>
+#include <wx/image.h>
+#include <wx/imagpng.h>
+#include <wx/intl.h>
+#include <wx/settings.h>
+#include <wx/sysopt.h>
+#include <wx/uilocale.h>
+#include <wx/utils.h>
+
+namespace {
+
+constexpr int kModernCommonControls = 600;
+
+// Hosts without a common controls library have nothing that could be too old.
+int GetCommonControlsVersion() {
+#ifdef __WXMSW__
+    return wxApp::GetComCtl32Version();
+#else
+    return kModernCommonControls;
+#endif
+}
+
+} // namespace
+
+int ChooseBitmapRemapping(int commonControlsVersion, int displayDepth) {
+    return commonControlsVersion < kModernCommonControls || displayDepth < 32 ? 0 : 2;
+}
+
+OmApp::~OmApp() = default;
+
+bool OmApp::OnInit() {
+    SetProcessOptions();
+    ReadCommandLine();
+    SetManufacturerTablePath(ToLocal(GetProgramDirectory()) + "/mfrid.dat");
+    OmMainFrame* frame = OpenMainWindow();
+    LoadNamedFiles(*frame);
+    return true;
+}
+
+int OmApp::OnExit() {
+    CloseSettingsStore();
+    SetUserInterface(nullptr);
+    return wxApp::OnExit();
+}
+
+// The names come before the settings store, which is made from them.
+void OmApp::SetProcessOptions() {
+    wxUILocale::UseDefault();
+    SetVendorName(kVendorName);
+    SetAppName(kProductName);
+    OpenSettingsStore();
+    wxSystemOptions::SetOption("msw.notebook.themed-background", 0);
+    wxSystemOptions::SetOption("msw.remap",
+                               ChooseBitmapRemapping(GetCommonControlsVersion(), wxDisplayDepth()));
+    wxImage::AddHandler(new wxPNGHandler);
+    SetUserInterface(&userInterface_);
+    helpController_ = CreateHelpViewer();
+}
+
+void OmApp::ReadCommandLine() {
+    std::vector<std::wstring> arguments;
+    for (int index = 1; index < argc; ++index)
+        arguments.push_back(argv[index].ToStdWstring());
+    commandLine_ = ParseCommandLine(arguments);
+    if (commandLine_.helpWanted)
+        ShowMessage(_("Usage: velflash [<setup_file> [<data_file>] ]").ToStdWstring(),
+                    kInformationBox);
+}
+
+OmMainFrame* OmApp::OpenMainWindow() {
+    const wxSize screen(wxSystemSettings::GetMetric(wxSYS_SCREEN_X),
+                        wxSystemSettings::GetMetric(wxSYS_SCREEN_Y));
+    const wxRect geometry = ValidateWindowGeometry(LoadWindowGeometry(), screen);
+    auto* frame =
+        new OmMainFrame(kProductName, geometry.GetPosition(), geometry.GetSize(), *helpController_);
+    frame->Show(true);
+    SetTopWindow(frame);
+    return frame;
+}
+
+// The window paints before each load, which may take a while.
+void OmApp::LoadNamedFiles(OmMainFrame& frame) {
+    if (!commandLine_.setupFile.empty()) {
+        Yield(true);
+        frame.LoadSetupFile(commandLine_.setupFile);
+    }
+    if (!commandLine_.dataFile.empty()) {
+        Yield(true);
+        frame.LoadDataFile(commandLine_.dataFile);
+    }
+}

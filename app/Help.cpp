@@ -1,0 +1,83 @@
+#include "app/Help.h"
+
+#ifdef __WXMSW__
+#include <wx/msw/helpchm.h>
+#else
+#include <wx/filesys.h>
+#include <wx/fs_arc.h>
+#include <wx/html/helpctrl.h>
+#include <wx/html/htmlfilt.h>
+#endif
+
+namespace {
+
+OmHelpViewer* currentViewer = nullptr;
+
+#ifdef __WXMSW__
+
+class HostHelpViewer : public OmHelpViewer {
+  public:
+    void Initialize(const wxString& book) override { controller_.Initialize(book); }
+
+    void DisplaySection(const wxString& topic) override { controller_.DisplaySection(topic); }
+
+  private:
+    wxCHMHelpController controller_;
+};
+
+#else
+
+// Many systems know a .htm page as application/xhtml+xml, which the toolkit would show as source.
+class HtmlPageFilter : public wxHtmlFilter {
+  public:
+    bool CanRead(const wxFSFile& file) const override {
+        return file.GetMimeType() == "application/xhtml+xml";
+    }
+
+    wxString ReadFile(const wxFSFile& file) const override { return reader_.ReadFile(file); }
+
+  private:
+    wxHtmlFilterHTML reader_;
+};
+
+// Opens the book only when the first topic is asked for: starting the program stays fast, and a
+// missing book is told to the user who wants it.
+class HostHelpViewer : public OmHelpViewer {
+  public:
+    void Initialize(const wxString& book) override { book_ = book; }
+
+    void DisplaySection(const wxString& topic) override {
+        if (!opened_)
+            Open();
+        if (opened_)
+            controller_.DisplaySection(topic);
+    }
+
+  private:
+    void Open() {
+        wxFileSystem::AddHandler(new wxArchiveFSHandler);
+        wxHtmlWindow::AddFilter(new HtmlPageFilter);
+        opened_ = controller_.AddBook(wxFileName(book_ + ".htb"));
+    }
+
+    wxHtmlHelpController controller_;
+    wxString book_;
+    bool opened_ = false;
+};
+
+#endif
+
+} // namespace
+
+std::unique_ptr<OmHelpViewer> CreateHelpViewer() {
+    return std::make_unique<HostHelpViewer>();
+}
+
+void SetCurrentHelpViewer(OmHelpViewer* viewer) {
+    currentViewer = viewer;
+}
+
+void ShowHelpTopic(const wxString& topic) {
+    if (currentViewer)
+        currentViewer->DisplaySection(topic);
+}
