@@ -11,13 +11,26 @@
 class OmDataImage;
 class OmProgressCallback;
 
+// Command bytes; on the bus they stand on all lanes.
+inline constexpr uint8_t kAmdReset = 0xF0;
+inline constexpr uint8_t kAmdAutoselect = 0x90;
+inline constexpr uint8_t kAmdEraseSetUp = 0x80;
+inline constexpr uint8_t kAmdEraseChip = 0x10;
+inline constexpr uint8_t kAmdEraseSector = 0x30;
+inline constexpr uint8_t kAmdProgram = 0xA0;
+inline constexpr uint8_t kAmdBypassEntry = 0x20;
+inline constexpr uint8_t kAmdBypassReset = 0x90; // followed by 0
+inline constexpr uint8_t kAmdWriteBuffer = 0x25;
+inline constexpr uint8_t kAmdProgramBuffer = 0x29;
+
 void AmdReset(OmBoundaryScanBus& bus); // the bus stays selected
 
 // The write-to-buffer-abort reset, in the given batch.
 void AmdAbortReset(OmBusCycleBatch& batch);
 
-// The two unlock cycles.
+// The two unlock cycles, and a command at the first unlock address.
 void AppendAmdUnlock(OmBusCycleBatch& batch);
+void AppendAmdCommand(OmBusCycleBatch& batch, uint8_t command);
 
 OmFlashIds AmdReadId(OmBoundaryScanBus& bus);
 

@@ -39,6 +39,11 @@ struct OmBusPinState {
     uint8_t weLevel = 0;
 };
 
+// Message for captures that cannot come from a working chain.
+inline constexpr wchar_t kInvalidBitSequence[] =
+    L"ERROR: invalid bit sequence received from the JTAG chain. Check power and JTAG adapter "
+    L"connections.";
+
 // What a batch is for: cables take differently many vectors in one transfer.
 enum class OmTransferKind { Reading = 0, Blind = 1, Status = 2 };
 
@@ -68,6 +73,9 @@ class OmBoundaryScanBus {
     // `value` cut to the width of a chip and moved to the lane of that chip.
     uint32_t ChipLaneValue(int chip, uint32_t value) const;
 
+    // `value` on the lane of every chip.
+    uint32_t EveryLaneValue(uint32_t value) const;
+
     // The low byte of a chip's lane of a bus word: its status register, its identifier.
     uint8_t ChipLaneByte(int chip, uint32_t word) const;
 
@@ -78,7 +86,7 @@ class OmBoundaryScanBus {
     uint32_t ChipOffsetToWord(uint32_t chipOffset) const;
 
     // --- scans
-    // The number of full scans that take 5 ms at the cable's speed, 1 to 10001.
+    // The number of full scans that take 5 ms at the cable's speed, 1 to 10000.
     int MaxWaitScans() const;
 
     // How many items of `scansPerItem` scans to put in one batch that ends in `extraScans` closing

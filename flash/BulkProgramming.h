@@ -54,6 +54,12 @@ class OmBulkCommands {
     unsigned wordsPerBlock; // 1: word by word
 };
 
+// The end of an item with status: the data bus released, `wait` idle scans, one captured read.
+void AppendStatusRead(OmBusCycleBatch& batch, int wait);
+
+// The end of an item without: `wait` scans, of which the first ends the write.
+void AppendBlindWait(OmBusCycleBatch& batch, int wait);
+
 // Programs every word that `image` touches and tunes `wait`, the idle scans ahead of a status read,
 // as it goes. `count` counts the words drawn from the image. An item that fails at the longest wait
 // is dropped without a word: a verify finds the hole. Done, Stopped, or FlashError for a locked

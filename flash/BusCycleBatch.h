@@ -27,8 +27,8 @@ class OmBusCycleBatch {
     void SetWE(uint8_t level);
 
     // --- scans
-    // The only way a scan comes into being.
-    void AppendScan(bool capture);
+    // The only way a scan comes into being; `wanted` asks for what it captures.
+    void AppendScan(bool wanted);
 
     // `count` scans that change nothing: the wait for the flash, timed by TCK.
     void AppendIdle(int count);
@@ -40,7 +40,7 @@ class OmBusCycleBatch {
     void AppendWriteData(uint32_t value);
 
     // WE high, nothing else: the end of a write cycle.
-    void AppendRise();
+    void AppendRise(bool wanted = false);
 
     void AppendRelease(); // releases the data bus, in a scan of its own
 
@@ -52,17 +52,19 @@ class OmBusCycleBatch {
 
     // --- running; the scans stay in the list until Clear
     void Run();
-    void RunForCapture(OmCapturedList& captured);
-    void Clear(); // empties `scans`; `pins` and `image` stay
+    void RunForCapture(OmCapturedList& captured); // one vector for each captured scan
+    void RunToCompletion(); // captures are thrown away: returns when the cable is done
+    void Clear();           // empties `scans`; `pins` and `image` stay
 
     OmBoundaryScanBus* bus; // not owned
     OmScanList scans;
     OmBusPinState pins;
     OmBitVector image;    // as of the last scan appended
-    bool capture = false; // of the scan being appended
+    bool capture = false; // of the scan last appended
     unsigned dirty = 0;   // what `pins` says and `image` does not show yet
 
   private:
+    size_t captures_ = 0;            // scans in the list that are captured
     std::vector<OmBitVector> spare_; // memory of cleared scans
 };
 

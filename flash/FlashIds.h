@@ -3,6 +3,8 @@
 
 #include <cstdint>
 
+class OmBusCycleBatch;
+
 // Whole bus words: every chip's code in its own lane.
 struct OmFlashIds {
     uint32_t manufacturer = 0;
@@ -10,3 +12,7 @@ struct OmFlashIds {
 
     bool operator==(const OmFlashIds&) const = default;
 };
+
+// Runs the scans of `batch`, which must put the flash into its identifier mode, gives it time, and
+// reads both identifiers. OE stays low.
+OmFlashIds EnterAndReadIds(OmBusCycleBatch& batch);

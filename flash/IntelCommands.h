@@ -11,6 +11,23 @@
 class OmDataImage;
 class OmProgressCallback;
 
+// Command bytes; on the bus they stand on all lanes.
+inline constexpr uint8_t kIntelReadArray = 0xFF;
+inline constexpr uint8_t kIntelClearStatus = 0x50;
+inline constexpr uint8_t kIntelReadId = 0x90;
+inline constexpr uint8_t kIntelProgram = 0x40;
+inline constexpr uint8_t kIntelWriteBuffer = 0xE8;
+inline constexpr uint8_t kIntelConfirm = 0xD0; // and unlock
+inline constexpr uint8_t kIntelEraseSetUp = 0x20;
+inline constexpr uint8_t kIntelLockSetUp = 0x60;
+inline constexpr uint8_t kIntelLock = 0x01;
+
+// Bits of the status register of one chip.
+inline constexpr uint8_t kIntelReady = 0x80;        // SR7
+inline constexpr uint8_t kIntelEraseError = 0x20;   // SR5: erase or unlock failed
+inline constexpr uint8_t kIntelProgramError = 0x10; // SR4: program or lock failed
+inline constexpr uint8_t kIntelBlockLocked = 0x02;  // SR1
+
 void IntelReadArray(OmBoundaryScanBus& bus);   // the bus stays selected
 void IntelClearStatus(OmBoundaryScanBus& bus); // likewise
 

@@ -1,0 +1,171 @@
+#include "tests/flash/FlashBench.h"
+
+#include "platform/Text.h"
+
+#include <gtest/gtest.h>
+
+namespace {
+
+std::unique_ptr<OmBsdlData> MakeBsdl(const BenchShape& shape) {
+    const int dataBits = shape.chips * shape.wordSize * 8;
+    const int length = kBenchAddress + shape.addressPins + 2 * dataBits;
+    auto data = std::make_unique<OmBsdlData>();
+    data->entity = "bench";
+    data->AddAttribute("INSTRUCTION_LENGTH", "bench", "entity", "4");
+    data->AddAttribute("BOUNDARY_LENGTH", "bench", "entity", std::to_string(length));
+    data->AddInstructionCode("EXTEST", "0000");
+    data->AddInstructionCode("SAMPLE", "0001");
+    data->AddInstructionCode("PRELOAD", "0010");
+    int cell = 0;
+    const auto add = [&](const std::string& port, const char* function, const char* safe,
+                         const char* control, const char* disable) {
+        ASSERT_TRUE(data->AddCell(std::to_string(cell++), "BC_1", port, function, safe, control,
+                                  disable, *disable ? "Z" : ""));
+    };
+    add("CE", "OUTPUT2", "1", "", "");
+    add("OE", "OUTPUT2", "1", "", "");
+    add("WE", "OUTPUT2", "1", "", "");
+    add("*", "CONTROL", "0", "", "");
+    for (int i = 0; i < shape.addressPins; ++i)
+        add("A(" + std::to_string(i) + ")", "OUTPUT2", "X", "", "");
+    for (int i = 0; i < dataBits; ++i)
+        add("D(" + std::to_string(i) + ")", "OUTPUT3", "X", "3", "0");
+    for (int i = 0; i < dataBits; ++i)
+        add("D(" + std::to_string(i) + ")", "INPUT", "X", "", "");
+    return data;
+}
+
+SignalPin Pin(const char* port, int index = -1) {
+    SignalPin pin;
+    pin.Device = 0;
+    pin.PortName = port;
+    pin.PortIndex = index;
+    return pin;
+}
+
+OmDesignSetup MakeSetup(const BenchShape& shape) {
+    OmDesignSetup setup;
+    setup.devices.resize(1);
+    setup.devices[0].SetBsdl(MakeBsdl(shape), "bench.bsd");
+    setup.ce = Pin("CE");
+    setup.oe = Pin("OE");
+    setup.we = Pin("WE");
+    for (int i = 0; i < shape.addressPins; ++i)
+        setup.addressPins.push_back(Pin("A", i));
+    for (int i = 0; i < shape.chips * shape.wordSize * 8; ++i)
+        setup.dataPins.push_back(Pin("D", i));
+    setup.ChipCount = shape.chips;
+    setup.WordSize = shape.wordSize;
+    setup.AddrCmdShift = shape.shift;
+    return setup;
+}
+
+uint32_t Number(const OmBitVector& bits, int first, int count) {
+    uint32_t value = 0;
+    for (int i = 0; i < count && i < 32; ++i)
+        value |= uint32_t{bits[first + i]} << i;
+    return value;
+}
+
+} // namespace
+
+BenchPins BenchCable::Decode(const OmBitVector& bits) const {
+    BenchPins decoded;
+    decoded.ce = bits[kBenchCe];
+    decoded.oe = bits[kBenchOe];
+    decoded.we = bits[kBenchWe];
+    decoded.driven = bits[kBenchControl];
+    decoded.address = Number(bits, kBenchAddress, shape.addressPins);
+    decoded.data = Number(bits, kBenchAddress + shape.addressPins, DataBits());
+    return decoded;
+}
+
+std::string BenchCable::Render(const OmScanVector& scan) const {
+    const BenchPins shown = Decode(scan.bits);
+    const int dataDigits = DataBits() / 4;
+    std::string row = OmFormat("  %0*X ", (shape.addressPins + 3) / 4, shown.address);
+    row += shown.driven ? OmFormat("%0*X", dataDigits, shown.data) : std::string(dataDigits, 'Z');
+    row += OmFormat(" %d %d %d", shown.ce, shown.oe, shown.we);
+    return row + (scan.capture ? " r" : "");
+}
+
+// The input cells sample at Capture-DR, before this scan's update.
+OmBitVector BenchCable::Capture(const OmBitVector& bits) {
+    ++captureCount;
+    uint32_t word = 0;
+    if (flash) {
+        word = flash(pins);
+    } else if (!answers.empty()) {
+        word = answers.front();
+        answers.pop_front();
+    }
+    OmBitVector captured = bits;
+    const int inputs = kBenchAddress + shape.addressPins + DataBits();
+    for (int i = 0; i < DataBits(); ++i)
+        captured[inputs + i] = i < 32 ? (word >> i) & 1 : 0;
+    return captured;
+}
+
+void BenchCable::Update(const BenchPins& next) {
+    ++scanCount;
+    ++scansSinceWrite;
+    const bool writeEnds = !pins.ce && !pins.we && next.we;
+    if (writeEnds) {
+        scansSinceWrite = 0;
+        if (onWrite)
+            onWrite(pins.address, pins.data);
+    }
+    pins = next;
+}
+
+void BenchCable::ScanVectors(const OmScanList& vectors, OmCapturedList* captured) {
+    ++runCount;
+    Log(captured ? "write and read" : "write");
+    if (captured)
+        captured->clear();
+    for (const OmScanVector& scan : vectors) {
+        Log(Render(scan));
+        if (captured && scan.capture)
+            captured->push_back(Capture(scan.bits));
+        Update(Decode(scan.bits));
+    }
+}
+
+void BenchCable::ScanDR(const OmBitVector&, OmBitVector*, int, int) {
+    ADD_FAILURE() << "the bus works in batches alone";
+}
+
+void BenchCable::ScanIR(const OmBitVector& in, OmBitVector* out, int from, int to) {
+    EXPECT_EQ(kScanFromIdle, from);
+    EXPECT_EQ(kScanToIdle, to);
+    Log("IR " + BitsToText(in));
+    *out = in;
+}
+
+void BenchCable::GetVectorsPerTransfer(uint32_t bits, float* read, float* write, float* both) {
+    askedBits = bits;
+    if (read)
+        *read = reading;
+    if (write)
+        *write = blind;
+    if (both)
+        *both = status;
+}
+
+void BenchCable::SleepMilliseconds(unsigned milliseconds) {
+    VirtualClock::SleepMilliseconds(milliseconds);
+    Log(OmFormat("sleep %u", milliseconds));
+}
+
+FlashBench::FlashBench(const BenchShape& shape)
+    : cable(shape), setup(MakeSetup(shape)), analyzer(&cable) {
+    std::wstring errors;
+    EXPECT_TRUE(bus.BuildFromSetup(setup, setup.devices, errors)) << ToLocal(errors);
+    bus.analyzer = &analyzer;
+}
+
+std::string FlashBench::TakeLog() {
+    std::string taken = "\n" + cable.log; // so that a raw string can start on a line of its own
+    cable.log.clear();
+    return taken;
+}
