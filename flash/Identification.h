@@ -47,7 +47,7 @@ class OmFlashIdentifier {
   private:
     struct Answers;
 
-    void BuildBus(OmBoundaryScanBus& bus) const;
+    void EnterNeutralMode(OmBoundaryScanBus& bus) const;
     Answers ReadIdentifiers();
 
     const OmDesignSetup& setup_;

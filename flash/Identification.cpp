@@ -1,0 +1,161 @@
+#include "flash/Identification.h"
+
+#include "data/DataImage.h"
+#include "flash/AmdCommands.h"
+#include "flash/BoundaryScanBus.h"
+#include "flash/CommandAddresses.h"
+#include "flash/ImageWordCursor.h"
+#include "flash/IntelCommands.h"
+#include "platform/UserInterface.h"
+
+#include <algorithm>
+
+namespace {
+
+// The chips that the setup names, as many as the array can have.
+std::span<const OmCfiBuffer> ChipsOf(const OmDesignSetup& setup, const CfiData& cfi) {
+    return std::span(cfi.chips).first(
+        static_cast<size_t>(std::clamp(setup.ChipCount, 1, kMaxChips)));
+}
+
+uint32_t ReadWord(OmBoundaryScanBus& bus, uint32_t busWord) {
+    OmDataImage scratch;
+    bus.ReadWords(nullptr, busWord, 1, scratch, nullptr);
+    return OmImageWordCursor(scratch, bus.BusWordBytes(), 0).word;
+}
+
+// A manufacturer code of 0 is no answer; and what the array itself holds at the two places is none
+// either.
+bool HasAnswered(const OmBoundaryScanBus& bus, const OmFlashIds& ids, const OmFlashIds& array) {
+    for (int chip = 0; chip < bus.chipCount; ++chip)
+        if (bus.ChipLaneByte(chip, ids.manufacturer) == 0)
+            return false;
+    return ids != array;
+}
+
+// The set without its write buffer.
+OmCommandSet WordByWord(OmCommandSet set) {
+    if (set == OmCommandSet::IntelExtended)
+        return OmCommandSet::IntelStandard;
+    if (set == OmCommandSet::AmdBuffered)
+        return OmCommandSet::AmdWord;
+    return set;
+}
+
+} // namespace
+
+// What the flash says in both languages.
+struct OmFlashIdentifier::Answers {
+    OmFlashIds intel;
+    OmFlashIds amd;
+    bool intelAnswered = false;
+    bool amdAnswered = false;
+};
+
+void ResetFlashModes(OmBoundaryScanBus& bus) {
+    bus.DriveBusIdle();
+    AmdReset(bus);
+    IntelReadArray(bus);
+    bus.DriveBusIdle();
+}
+
+void OmFlashIdentifier::EnterNeutralMode(OmBoundaryScanBus& bus) const {
+    std::wstring errors; // of a setup that has been found drivable: none
+    bus.BuildFromSetup(setup_, setup_.devices, errors);
+    bus.analyzer = &analyzer_;
+    bus.EnterExtest();
+    ResetFlashModes(bus);
+}
+
+const CfiData& OmFlashIdentifier::EnsureCfi() {
+    if (cfi.read)
+        return cfi;
+    const OmBusyCursor busy;
+    OmBoundaryScanBus bus;
+    EnterNeutralMode(bus);
+    cfi.read = true;
+    const size_t chips = ChipsOf(setup_, cfi).size();
+    for (size_t chip = 0; chip < chips; ++chip) {
+        ReadCfi(bus, static_cast<int>(chip), cfi.chips[chip]);
+        ResetFlashModes(bus);
+    }
+    return cfi;
+}
+
+OmFlashIdentifier::Answers OmFlashIdentifier::ReadIdentifiers() {
+    const OmBusyCursor busy;
+    OmBoundaryScanBus bus;
+    EnterNeutralMode(bus);
+    const uint32_t identifier = GetCommandAddresses(bus.addrCmdShift).identifier;
+    const OmFlashIds array{ReadWord(bus, 0), ReadWord(bus, identifier)};
+    Answers answers;
+    answers.intel = IntelReadId(bus);
+    answers.intelAnswered = HasAnswered(bus, answers.intel, array);
+    ResetFlashModes(bus);
+    answers.amd = AmdReadId(bus);
+    answers.amdAnswered = HasAnswered(bus, answers.amd, array);
+    ResetFlashModes(bus);
+    return answers;
+}
+
+bool OmFlashIdentifier::DetectCommandSet(OmDetectedFlash& found) {
+    found = {};
+    EnsureCfi();
+    const OmCfiFindings findings = FindCommandSetInCfi(ChipsOf(setup_, cfi));
+    found.commandSet = findings.commandSet;
+    found.bufferBytes = findings.bufferBytes;
+    const bool unknown = found.commandSet == OmCommandSet::Unknown;
+    const Answers answers = ReadIdentifiers();
+    if (answers.intelAnswered || IsIntel(found.commandSet)) {
+        found.ids = answers.intel;
+        found.commandSet = unknown ? OmCommandSet::IntelStandard : found.commandSet;
+    } else if (answers.amdAnswered || IsAmd(found.commandSet)) {
+        found.ids = answers.amd;
+        found.commandSet = unknown ? OmCommandSet::AmdWord : found.commandSet;
+    }
+    return found.commandSet != OmCommandSet::Unknown;
+}
+
+bool OmFlashIdentifier::EnsureCommandSet(OmCommandSet& commandSet, uint32_t& bufferBytes) {
+    if (commandSet != OmCommandSet::Unknown)
+        return true;
+    if (setup_.CmdSet != kCmdSetAuto) {
+        commandSet =
+            setup_.CmdSet == kCmdSetIntel ? OmCommandSet::IntelStandard : OmCommandSet::AmdWord;
+        return true;
+    }
+    OmDetectedFlash found;
+    const bool detected = DetectCommandSet(found);
+    commandSet = setup_.UseBufferedProg ? found.commandSet : WordByWord(found.commandSet);
+    bufferBytes = found.bufferBytes;
+    return detected;
+}
+
+bool OmFlashIdentifier::EnsureSectors(OmFlashSectorLayout& sectors, bool& valid) {
+    if (valid)
+        return true;
+    EnsureCfi();
+    valid = FindSectorsInCfi(ChipsOf(setup_, cfi), sectors);
+    const bool userDefined = !setup_.sectors.IsEmpty();
+    if (valid) {
+        if (userDefined)
+            ShowMessage(L"The detected flash is CFI-compliant and provides information on sectors "
+                        L"in the CFI table. Therefore the user-defined sectors configuration is "
+                        L"ignored.\n\nTo disable this alert, please clear sectors configuration in "
+                        L"Setup dialog by checking 'Flash is CFI-compliant -- no need to define "
+                        L"sectors info' checkbox.",
+                        kInformationBox);
+        return true;
+    }
+    sectors = setup_.sectors;
+    valid = userDefined;
+    if (!valid)
+        ShowMessage(L"The detected flash is not CFI-compliant and does not provide sectors "
+                    L"information. For non-CFI devices, sectors configuration can be manually "
+                    L"entered using Setup dialog. Without this information it will not be possible "
+                    L"to erase individual sectors and to lock/unlock sectors. In addition, if a "
+                    L"chip does not support the 'full chip erase' command the entire flash erase "
+                    L"operation will also be disabled.",
+                    kWarningBox);
+    return valid;
+}
