@@ -1,5 +1,7 @@
 #include "data/DataImage.h"
 
+#include "tests/data/ImageText.h"
+
 #include <gtest/gtest.h>
 #include <random>
 #include <utility>
@@ -7,11 +9,6 @@
 namespace {
 
 using Bytes = std::vector<uint8_t>;
-
-// Chunks written as (address, bytes) pairs.
-std::vector<OmDataChunk> ChunksOf(const OmDataImage& image) {
-    return {image.GetChunks().begin(), image.GetChunks().end()};
-}
 
 // Bytes by address, -1 where there is none; chunks that touch or overlap fail.
 std::vector<int> ArrayOf(const OmDataImage& image, size_t size) {
@@ -25,21 +22,6 @@ std::vector<int> ArrayOf(const OmDataImage& image, size_t size) {
     }
     return array;
 }
-
-OmDataImage MakeImage(const std::vector<OmDataChunk>& chunks) {
-    OmDataImage image;
-    for (const OmDataChunk& chunk : chunks)
-        image.SetBytes(chunk.address, chunk.bytes);
-    return image;
-}
-
-} // namespace
-
-void PrintTo(const OmDataChunk& chunk, std::ostream* stream) {
-    *stream << std::hex << chunk.address << "h:" << ::testing::PrintToString(chunk.bytes);
-}
-
-namespace {
 
 TEST(DataImage, ByteIntoTheGapJoinsTwoChunks) {
     OmDataImage image;
