@@ -1,5 +1,6 @@
 #include "jtag/CableFactory.h"
 
+#include "jtag/Ftd2xx.h"
 #include "jtag/Log.h"
 
 #include <utility>
@@ -14,6 +15,22 @@ struct CableRow {
     Creator create; // null for a cable that this build cannot drive
 };
 
+// A new cable of that class, initialized; null, with the cable deleted, if that fails.
+template <typename Cable, typename... Arguments>
+std::unique_ptr<OmCable> Open(Arguments&&... arguments) {
+    auto cable = std::make_unique<Cable>();
+    if (!cable->Initialize(std::forward<Arguments>(arguments)...))
+        return nullptr;
+    return cable;
+}
+
+std::unique_ptr<OmCable> OpenFtd2xx(OmConnectionSettings& settings) {
+    return Open<OmFtd2xx>(settings.ftd2xxDescription, settings.ftd2xxSerial,
+                          static_cast<uint32_t>(settings.ftd2xxFrequency),
+                          settings.ftd2xxAdaptiveClocking, settings.ftd2xxGpioDir,
+                          settings.ftd2xxGpioValue, settings.ftd2xxIsHighSpeed);
+}
+
 // Indexed by OmCableType.
 constexpr CableRow kCables[kCableTypeCount] = {
     {L"Xilinx Parallel Cable III / IV", L"XILINX_PARALLEL_CABLE_3", nullptr},
@@ -22,7 +39,7 @@ constexpr CableRow kCables[kCableTypeCount] = {
     {L"Wiggler", L"WIGGLER", nullptr},
     {L"Embest EasyICE", L"WIGGLER", nullptr}, // a Wiggler's pinout
     {L"Digilent JTAG-USB", L"DIGILENT_ADEPT", nullptr},
-    {L"Generic FTDI FT2232", L"FTD2XX", nullptr},
+    {L"Generic FTDI FT2232", L"FTD2XX", OpenFtd2xx},
     {L"Segger J-Link", L"JLINK_USB", nullptr},
     {L"Segger J-Link via TCP/IP server", L"JLINK_IP", nullptr},
     {L"Altera USB-Blaster", L"ALTERA_USB_BLASTER", nullptr},

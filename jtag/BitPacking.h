@@ -1,0 +1,20 @@
+// Between bit vectors of one element a bit and packed bits, eight a byte, low bit first. Every bit
+// that a cable moves passes here, so both ways work eight elements at a time.
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <span>
+
+// Bytes that hold `bits` packed bits.
+constexpr size_t PackedSize(size_t bits) {
+    return (bits + 7) / 8;
+}
+
+// Fills PackedSize(bits.size()) bytes. An element that is not exactly 1 packs as 0; unused bits of
+// the last byte are 0.
+void PackBits(std::span<const uint8_t> bits, uint8_t* packed);
+
+// Fills all of `bits` with 0 and 1 from the packed bits at `firstBit` and above. Reads no byte that
+// holds none of them.
+void UnpackBits(const uint8_t* packed, size_t firstBit, std::span<uint8_t> bits);

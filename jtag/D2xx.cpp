@@ -1,0 +1,157 @@
+#include "jtag/D2xx.h"
+
+#include "jtag/CableErrors.h"
+#include "platform/Clock.h"
+
+#include <algorithm>
+#include <array>
+#include <string_view>
+
+namespace {
+
+constexpr uint32_t kOpenBySerial = 1;
+constexpr uint32_t kOpenByDescription = 2;
+constexpr uint32_t kFlagOpened = 1;
+
+// More devices than a host can carry; a library that counts higher is not believed.
+constexpr uint32_t kMaxDevices = 1024;
+
+constexpr int kMaxReads = 31;
+constexpr unsigned kReadRetryMilliseconds = 10;
+
+bool ReadDetail(const OmD2xxFunctions& functions, uint32_t index, OmD2xxDevice& device) {
+    std::array<char, 256> serial{}; // the library writes at most 16 and 64
+    std::array<char, 256> description{};
+    uint32_t location = 0;
+    OmD2xxFunctions::Handle openedAs = nullptr;
+    if (functions.GetDeviceInfoDetail(index, &device.flags, &device.type, &device.id, &location,
+                                      serial.data(), description.data(), &openedAs) != 0)
+        return false;
+    serial.back() = description.back() = '\0';
+    device.serial = serial.data();
+    device.description = description.data();
+    return true;
+}
+
+} // namespace
+
+OmD2xx::~OmD2xx() {
+    Close();
+}
+
+std::vector<OmEntryPoint> OmD2xx::EntryPoints(std::span<const char* const> names) {
+    const OmEntryPoint all[] = {
+        MakeEntryPoint("FT_CreateDeviceInfoList", functions.CreateDeviceInfoList),
+        MakeEntryPoint("FT_GetDeviceInfoDetail", functions.GetDeviceInfoDetail),
+        MakeEntryPoint("FT_GetDeviceInfo", functions.GetDeviceInfo),
+        MakeEntryPoint("FT_OpenEx", functions.OpenEx),
+        MakeEntryPoint("FT_Close", functions.Close),
+        MakeEntryPoint("FT_ResetDevice", functions.ResetDevice),
+        MakeEntryPoint("FT_SetUSBParameters", functions.SetUSBParameters),
+        MakeEntryPoint("FT_Purge", functions.Purge),
+        MakeEntryPoint("FT_SetLatencyTimer", functions.SetLatencyTimer),
+        MakeEntryPoint("FT_SetBaudRate", functions.SetBaudRate),
+        MakeEntryPoint("FT_SetBitMode", functions.SetBitMode),
+        MakeEntryPoint("FT_GetQueueStatus", functions.GetQueueStatus),
+        MakeEntryPoint("FT_Write", functions.Write),
+        MakeEntryPoint("FT_Read", functions.Read),
+    };
+    std::vector<OmEntryPoint> rows;
+    for (const OmEntryPoint& row : all) {
+        if (std::find(names.begin(), names.end(), std::string_view(row.name)) != names.end())
+            rows.push_back(row);
+    }
+    return rows;
+}
+
+bool OmD2xx::ListDevices(std::vector<OmD2xxDevice>& devices, uint32_t& total) {
+    devices.clear();
+    total = 0;
+    if (!library_.IsLoaded() || functions.CreateDeviceInfoList(&total) != 0)
+        return false;
+    for (uint32_t index = 0; index < std::min(total, kMaxDevices); ++index) {
+        OmD2xxDevice device;
+        if (ReadDetail(functions, index, device) && !device.description.empty())
+            devices.push_back(std::move(device));
+    }
+    return true;
+}
+
+bool OmD2xx::Open(const std::string& description, const std::string& serial,
+                  FallbackRule isFallback) {
+    Close();
+    std::vector<OmD2xxDevice> devices;
+    uint32_t total = 0;
+    if (!ListDevices(devices, total))
+        return false;
+    const auto descriptionMatches =
+        std::count_if(devices.begin(), devices.end(), [&](const OmD2xxDevice& device) {
+            return device.description == description;
+        });
+    const auto serialMatches =
+        std::count_if(devices.begin(), devices.end(),
+                      [&](const OmD2xxDevice& device) { return device.serial == serial; });
+    if (descriptionMatches > 1 && serialMatches == 1)
+        return OpenBy(serial, kOpenBySerial);
+    if (descriptionMatches > 0)
+        return OpenBy(description, kOpenByDescription);
+    const auto fallback =
+        std::find_if(devices.begin(), devices.end(), [isFallback](const OmD2xxDevice& device) {
+            return (device.flags & kFlagOpened) == 0 && isFallback(device);
+        });
+    return fallback != devices.end() && OpenBy(fallback->description, kOpenByDescription);
+}
+
+bool OmD2xx::OpenBy(const std::string& text, uint32_t flag) {
+    std::string writable = text; // the library's parameter is not const
+    if (functions.OpenEx(writable.data(), flag, &handle) != 0)
+        handle = nullptr;
+    return handle != nullptr;
+}
+
+void OmD2xx::Close() {
+    if (handle)
+        functions.Close(handle); // a device that will not close is gone for us all the same
+    handle = nullptr;
+}
+
+void OmD2xx::CheckConnection() {
+    uint32_t waiting = 0;
+    if (functions.GetQueueStatus(handle, &waiting) != 0)
+        ThrowConnectionError();
+}
+
+void OmD2xx::Write(std::span<const uint8_t> bytes) {
+    uint32_t done = 0;
+    auto* data = const_cast<uint8_t*>(bytes.data()); // the library's parameter is not const
+    const auto status = functions.Write(handle, data, static_cast<uint32_t>(bytes.size()), &done);
+    if (status != 0 || done != bytes.size())
+        ThrowConnectionError();
+}
+
+void OmD2xx::FtdiRead(std::span<uint8_t> bytes) {
+    for (int reads = 0; !bytes.empty();) {
+        uint32_t done = 0;
+        const auto wanted = static_cast<uint32_t>(bytes.size());
+        if (functions.Read(handle, bytes.data(), wanted, &done) != 0 || done > wanted)
+            ThrowConnectionError();
+        bytes = bytes.subspan(done);
+        if (bytes.empty())
+            return;
+        if (++reads == kMaxReads)
+            ThrowConnectionError();
+        GetClock().SleepMilliseconds(kReadRetryMilliseconds);
+    }
+}
+
+void OmD2xx::Drain() {
+    uint32_t waiting = 0;
+    if (functions.GetQueueStatus(handle, &waiting) != 0)
+        return; // the check before the first scan will say so
+    std::vector<uint8_t> scratch(std::min<size_t>(waiting, 65536));
+    for (size_t left = waiting; left > 0;) {
+        const size_t count = std::min(left, scratch.size());
+        FtdiRead({scratch.data(), count});
+        left -= count;
+    }
+}

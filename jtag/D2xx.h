@@ -1,0 +1,92 @@
+// FTDI's D2XX interface as the FT2232 and the USB-Blaster use it: the loaded library, the choice of
+// a device, and the transfers. Types and constants are those of the D2XX Programmer's Guide.
+#pragma once
+
+#include "jtag/VendorLibrary.h"
+
+#include <cstdint>
+#include <span>
+#include <string>
+#include <vector>
+
+// D2XX device types.
+inline constexpr uint32_t kD2xxTypeBm = 0;
+inline constexpr uint32_t kD2xxTypeAm = 1;
+inline constexpr uint32_t kD2xxType100Ax = 2;
+inline constexpr uint32_t kD2xxTypeUnknown = 3;
+inline constexpr uint32_t kD2xxType2232C = 4;
+inline constexpr uint32_t kD2xxType232R = 5;
+
+// One line of the library's list of devices.
+struct OmD2xxDevice {
+    uint32_t flags = 0; // bit 0: open
+    uint32_t type = kD2xxTypeUnknown;
+    uint32_t id = 0; // USB vendor in the upper half, product in the lower
+    std::string serial;
+    std::string description;
+};
+
+// The functions that the cables call; each cable requires all of its own list.
+struct OmD2xxFunctions {
+    using Handle = void*;
+    using Status = uint32_t; // 0 is success
+
+    Status(OM_VENDOR_CALL* CreateDeviceInfoList)(uint32_t* count) = nullptr;
+    Status(OM_VENDOR_CALL* GetDeviceInfoDetail)(uint32_t index, uint32_t* flags, uint32_t* type,
+                                                uint32_t* id, uint32_t* location, char* serial,
+                                                char* description, Handle* handle) = nullptr;
+    Status(OM_VENDOR_CALL* GetDeviceInfo)(Handle, uint32_t* type, uint32_t* id, char* serial,
+                                          char* description, void* reserved) = nullptr;
+    Status(OM_VENDOR_CALL* OpenEx)(void* text, uint32_t flags, Handle* handle) = nullptr;
+    Status(OM_VENDOR_CALL* Close)(Handle) = nullptr;
+    Status(OM_VENDOR_CALL* ResetDevice)(Handle) = nullptr;
+    Status(OM_VENDOR_CALL* SetUSBParameters)(Handle, uint32_t inSize, uint32_t outSize) = nullptr;
+    Status(OM_VENDOR_CALL* Purge)(Handle, uint32_t mask) = nullptr;
+    Status(OM_VENDOR_CALL* SetLatencyTimer)(Handle, uint8_t milliseconds) = nullptr;
+    Status(OM_VENDOR_CALL* SetBaudRate)(Handle, uint32_t rate) = nullptr;
+    Status(OM_VENDOR_CALL* SetBitMode)(Handle, uint8_t mask, uint8_t mode) = nullptr;
+    Status(OM_VENDOR_CALL* GetQueueStatus)(Handle, uint32_t* waiting) = nullptr;
+    Status(OM_VENDOR_CALL* Write)(Handle, void* bytes, uint32_t count, uint32_t* done) = nullptr;
+    Status(OM_VENDOR_CALL* Read)(Handle, void* bytes, uint32_t count, uint32_t* done) = nullptr;
+};
+
+class OmD2xx {
+  public:
+    // Whether a device that is not open may stand in for a stored one that is gone.
+    using FallbackRule = bool (*)(const OmD2xxDevice&);
+
+    OmD2xx() = default;
+    ~OmD2xx(); // closes the device, frees the library
+    OmD2xx(const OmD2xx&) = delete;
+    OmD2xx& operator=(const OmD2xx&) = delete;
+
+    OmVendorLibrary& Library() { return library_; }
+
+    // Rows for the exported names that a cable requires ("FT_Open...").
+    std::vector<OmEntryPoint> EntryPoints(std::span<const char* const> names);
+
+    // The devices with a readable detail and a description. `total` is the count that the library
+    // gives, which may be higher. False if the library cannot list.
+    bool ListDevices(std::vector<OmD2xxDevice>& devices, uint32_t& total);
+
+    // Opens the device of that description, the serial number deciding between several, or without
+    // one the first that `isFallback` accepts.
+    bool Open(const std::string& description, const std::string& serial, FallbackRule isFallback);
+    void Close(); // safe when nothing is open
+
+    // All of these throw OmException on any failure, with the device left open.
+    void CheckConnection();
+    void Write(std::span<const uint8_t> bytes);
+    // Waits up to 300 ms in all for missing bytes.
+    void FtdiRead(std::span<uint8_t> bytes);
+    // Reads what waits in the queue and throws it away.
+    void Drain();
+
+    OmD2xxFunctions functions;                // valid while the library is loaded
+    OmD2xxFunctions::Handle handle = nullptr; // null when closed
+
+  private:
+    bool OpenBy(const std::string& text, uint32_t flag);
+
+    OmVendorLibrary library_;
+};

@@ -1,0 +1,564 @@
+#include "jtag/Ftd2xx.h"
+
+#include "jtag/CableFactory.h"
+#include "jtag/Exception.h"
+#include "tests/jtag/FakeD2xx.h"
+#include "tests/jtag/LogCollector.h"
+#include "tests/support/VirtualClock.h"
+
+#include <gtest/gtest.h>
+
+namespace {
+
+using Calls = std::vector<std::string>;
+
+// Opening with the settings that a test does not care about.
+struct Opening {
+    std::string description = "Dual RS232-HS A";
+    std::string serial;
+    uint32_t frequency = 6000000;
+    bool adaptive = false;
+    uint16_t gpioDir = 0x051B;
+    uint16_t gpioValue = 0x010A;
+    bool isHighSpeed = false;
+
+    bool Run(OmFtd2xx& cable) {
+        return cable.Initialize(description, serial, frequency, adaptive, gpioDir, gpioValue,
+                                isHighSpeed);
+    }
+};
+
+constexpr const char* kRequired[] = {
+    "FT_CreateDeviceInfoList",
+    "FT_GetDeviceInfoDetail",
+    "FT_GetDeviceInfo",
+    "FT_OpenEx",
+    "FT_Close",
+    "FT_ResetDevice",
+    "FT_SetUSBParameters",
+    "FT_Purge",
+    "FT_SetLatencyTimer",
+    "FT_SetBitMode",
+    "FT_GetQueueStatus",
+    "FT_Write",
+    "FT_Read",
+};
+
+struct SetupCase {
+    const char* name;
+    uint32_t openedType;
+    uint32_t frequency;
+    bool adaptive;
+    uint16_t gpioDir;
+    uint16_t gpioValue;
+    Bytes block;
+    uint32_t applied;
+};
+
+struct ChoiceCase {
+    const char* name;
+    std::vector<FakeD2xx::Device> devices;
+    std::string description;
+    std::string serial;
+    std::string opened; // the call, empty if none is opened
+};
+
+struct ListCase {
+    const char* name;
+    std::vector<FakeD2xx::Device> devices;
+    std::vector<std::string> listed; // "description/serial", "*" behind it for high speed
+};
+
+// Which device a cable with these stored texts opens.
+std::string OpenedBy(FakeD2xx& d2xx, const std::string& description, const std::string& serial) {
+    VirtualClock clock;
+    OmFtd2xx cable;
+    Opening opening;
+    opening.description = description;
+    opening.serial = serial;
+    const bool opened = opening.Run(cable);
+    std::string call;
+    for (const std::string& line : d2xx.TakeCalls()) {
+        if (line.starts_with("FT_OpenEx "))
+            call = line.substr(10);
+    }
+    EXPECT_EQ(opened, !call.empty());
+    return call;
+}
+
+} // namespace
+
+TEST(Ftd2xx, LogsItsCreationAndDestruction) {
+    LogCollector log;
+    { OmFtd2xx cable; }
+    EXPECT_EQ(log.text, L"Creating OmFtd2xx\nDestroying OmFtd2xx\n");
+}
+
+TEST(Ftd2xx, NeedsNoKernelDriverAndIsItsOwnHal) {
+    OmFtd2xx cable;
+    EXPECT_STREQ(cable.GetDriverName(), "");
+    EXPECT_EQ(cable.GetJtagHAL(), static_cast<OmJtagHAL*>(&cable));
+}
+
+TEST(Ftd2xx, LoadsTheLibraryOnce) {
+    FakeD2xx d2xx;
+    OmFtd2xx cable;
+    LogCollector log;
+    EXPECT_TRUE(cable.Load());
+    EXPECT_EQ(log.Take(), L"Loading ftd2xx.dll ...  OK\n");
+    EXPECT_TRUE(cable.Load());
+    EXPECT_EQ(log.Take(), L"Loading ftd2xx.dll ...  OK (DLL already loaded)\n");
+    EXPECT_EQ(d2xx.asked, Calls{"ftd2xx.dll"});
+    EXPECT_EQ(d2xx.loaded, 1);
+}
+
+TEST(Ftd2xx, FailsWithoutTheLibrary) {
+    FakeD2xx d2xx;
+    d2xx.libraries.clear();
+    OmFtd2xx cable;
+    LogCollector log;
+    Opening opening;
+    EXPECT_FALSE(opening.Run(cable));
+    EXPECT_EQ(log.text, L"Loading ftd2xx.dll ...  *** FAILED *** (LoadLibrary() failed)\n");
+}
+
+TEST(Ftd2xx, EveryEntryPointIsRequired) {
+    for (const char* name : kRequired) {
+        FakeD2xx d2xx;
+        d2xx.missing = name;
+        OmFtd2xx cable;
+        LogCollector log;
+        EXPECT_FALSE(cable.Load()) << name;
+        EXPECT_EQ(log.Take(),
+                  L"Loading ftd2xx.dll ...  *** FAILED *** (failed to resolve all required "
+                  L"exported functions)\n")
+            << name;
+        EXPECT_EQ(d2xx.loaded, 0) << name;
+        d2xx.missing.clear();
+        EXPECT_TRUE(cable.Load()) << name;
+        EXPECT_EQ(log.Take(), L"Loading ftd2xx.dll ...  OK\n") << name;
+    }
+}
+
+TEST(Ftd2xx, NeedsNoFunctionOfAnotherCable) {
+    FakeD2xx d2xx;
+    d2xx.missing = "FT_SetBaudRate";
+    OmFtd2xx cable;
+    EXPECT_TRUE(cable.Load());
+}
+
+TEST(Ftd2xx, InitializesInOneOrderOfCalls) {
+    FakeD2xx d2xx;
+    VirtualClock clock;
+    LogCollector log;
+    OmFtd2xx cable;
+    Opening opening;
+    EXPECT_TRUE(opening.Run(cable));
+    EXPECT_EQ(
+        d2xx.TakeCalls(),
+        (Calls{"FT_CreateDeviceInfoList", "FT_GetDeviceInfoDetail 0",
+               "FT_OpenEx 'Dual RS232-HS A' 2", "FT_ResetDevice", "FT_SetUSBParameters 16384 0",
+               "FT_Purge 3", "FT_SetLatencyTimer 16", "FT_GetDeviceInfo", "FT_SetBitMode 0 0",
+               "FT_SetBitMode 0 2", "FT_Write 11", "FT_GetQueueStatus"}));
+    EXPECT_EQ(clock.sleptMilliseconds, 32U);
+    EXPECT_EQ(log.text, L"Creating OmFtd2xx\n"
+                        L"Loading ftd2xx.dll ...  OK\n"
+                        L"Device successfully opened\n"
+                        L"Initialization succeeded\n");
+}
+
+TEST(Ftd2xx, SetupBlockSetsPinsDivisorAndClocking) {
+    const SetupCase cases[] = {
+        {"high speed at 6 MHz",
+         6,
+         6000000,
+         false,
+         0x051B,
+         0x010A,
+         {0x85, 0x80, 0x0A, 0x1B, 0x82, 0x01, 0x05, 0x8A, 0x86, 0x04, 0x00},
+         6000000},
+        {"high speed at 30 MHz",
+         6,
+         30000000,
+         false,
+         0x051B,
+         0x010A,
+         {0x85, 0x80, 0x0A, 0x1B, 0x82, 0x01, 0x05, 0x8A, 0x86, 0x00, 0x00},
+         30000000},
+        {"high speed at 1 kHz",
+         8,
+         1000,
+         false,
+         0x051B,
+         0x010A,
+         {0x85, 0x80, 0x0A, 0x1B, 0x82, 0x01, 0x05, 0x8A, 0x86, 0x2F, 0x75},
+         1000},
+        {"high speed at 7 MHz",
+         7,
+         7000000,
+         false,
+         0x051B,
+         0x010A,
+         {0x85, 0x80, 0x0A, 0x1B, 0x82, 0x01, 0x05, 0x8A, 0x86, 0x03, 0x00},
+         7000000},
+        {"high speed, adaptive, all pins high",
+         6,
+         30000000,
+         true,
+         0xFFFF,
+         0xFFFF,
+         {0x85, 0x80, 0x7A, 0x7B, 0x82, 0xFF, 0xFF, 0x8A, 0x86, 0x00, 0x00, 0x96},
+         30000000},
+        {"high speed, pins as wrong as can be",
+         6,
+         6000000,
+         false,
+         0x0004,
+         0x0005,
+         {0x85, 0x80, 0x0A, 0x0B, 0x82, 0x00, 0x00, 0x8A, 0x86, 0x04, 0x00},
+         6000000},
+        {"FT2232C at 6 MHz",
+         4,
+         6000000,
+         false,
+         0x0710,
+         0x0300,
+         {0x85, 0x80, 0x0A, 0x1B, 0x82, 0x03, 0x07, 0x86, 0x00, 0x00},
+         6000000},
+        {"FT2232C asked for 30 MHz",
+         4,
+         30000000,
+         false,
+         0x0710,
+         0x0300,
+         {0x85, 0x80, 0x0A, 0x1B, 0x82, 0x03, 0x07, 0x86, 0x00, 0x00},
+         6000000},
+        {"FT2232C asked for adaptive clocking",
+         4,
+         1000,
+         true,
+         0xFFFF,
+         0xFFFF,
+         {0x85, 0x80, 0xFA, 0xFB, 0x82, 0xFF, 0xFF, 0x86, 0x6F, 0x17},
+         1000},
+    };
+    for (const SetupCase& row : cases) {
+        FakeD2xx d2xx;
+        d2xx.openedType = row.openedType;
+        VirtualClock clock;
+        OmFtd2xx cable;
+        Opening opening;
+        opening.frequency = row.frequency;
+        opening.adaptive = row.adaptive;
+        opening.gpioDir = row.gpioDir;
+        opening.gpioValue = row.gpioValue;
+        EXPECT_TRUE(opening.Run(cable)) << row.name;
+        EXPECT_EQ(d2xx.writes, std::vector<Bytes>{row.block}) << row.name;
+        EXPECT_EQ(cable.GetFrequency(), row.applied) << row.name;
+        EXPECT_EQ(opening.isHighSpeed, row.openedType != 4) << row.name;
+    }
+}
+
+TEST(Ftd2xx, PartThatDoesNotTellItsTypeCountsAsHighSpeed) {
+    FakeD2xx d2xx;
+    d2xx.openedType = 4;
+    d2xx.Fail("FT_GetDeviceInfo");
+    VirtualClock clock;
+    OmFtd2xx cable;
+    Opening opening;
+    EXPECT_TRUE(opening.Run(cable));
+    EXPECT_TRUE(opening.isHighSpeed);
+}
+
+TEST(Ftd2xx, PlainPartClearsTheHighSpeedFlag) {
+    FakeD2xx d2xx;
+    d2xx.openedType = 4;
+    VirtualClock clock;
+    OmFtd2xx cable;
+    Opening opening;
+    opening.isHighSpeed = true;
+    EXPECT_TRUE(opening.Run(cable));
+    EXPECT_FALSE(opening.isHighSpeed);
+}
+
+TEST(Ftd2xx, RefusesAFrequencyOfZero) {
+    FakeD2xx d2xx;
+    OmFtd2xx cable;
+    Opening opening;
+    opening.frequency = 0;
+    EXPECT_FALSE(opening.Run(cable));
+}
+
+TEST(Ftd2xx, StaleBytesAreReadAndThrownAway) {
+    FakeD2xx d2xx;
+    d2xx.Answer({0xFA, 0x96, 0x00});
+    VirtualClock clock;
+    OmFtd2xx cable;
+    Opening opening;
+    EXPECT_TRUE(opening.Run(cable));
+    EXPECT_TRUE(d2xx.queue.empty());
+    EXPECT_EQ(d2xx.calls.back(), "FT_Read 3");
+}
+
+TEST(Ftd2xx, FailedFirstWriteClosesTheDevice) {
+    FakeD2xx d2xx;
+    d2xx.Fail("FT_Write");
+    VirtualClock clock;
+    OmFtd2xx cable;
+    LogCollector log;
+    Opening opening;
+    EXPECT_FALSE(opening.Run(cable));
+    EXPECT_EQ(log.text, L"Loading ftd2xx.dll ...  OK\n"
+                        L"Device successfully opened\n"
+                        L"*** FAILED *** (first write operation failed)\n");
+    EXPECT_EQ(d2xx.openHandles, 0);
+    EXPECT_EQ(d2xx.calls.back(), "FT_Close");
+    d2xx.Fail("");
+    EXPECT_TRUE(opening.Run(cable)) << "the next attempt works";
+}
+
+TEST(Ftd2xx, StaleBytesThatNeverComeCloseTheDevice) {
+    FakeD2xx d2xx;
+    d2xx.waiting = 5;
+    VirtualClock clock;
+    OmFtd2xx cable;
+    LogCollector log;
+    Opening opening;
+    EXPECT_FALSE(opening.Run(cable));
+    EXPECT_EQ(log.text, L"Loading ftd2xx.dll ...  OK\n"
+                        L"Device successfully opened\n"
+                        L"*** FAILED *** (FtdiRead() has thrown an exception)\n");
+    EXPECT_EQ(d2xx.openHandles, 0);
+    EXPECT_EQ(clock.sleptMilliseconds, 332U);
+    d2xx.waiting = 0;
+    EXPECT_TRUE(opening.Run(cable)) << "the next attempt works";
+}
+
+TEST(Ftd2xx, FailureToListOrOpenIsFalseWithoutAnotherLine) {
+    for (const char* call : {"FT_CreateDeviceInfoList", "FT_GetDeviceInfoDetail", "FT_OpenEx"}) {
+        FakeD2xx d2xx;
+        d2xx.Fail(call);
+        VirtualClock clock;
+        LogCollector log;
+        OmFtd2xx cable;
+        log.Take();
+        Opening opening;
+        EXPECT_FALSE(opening.Run(cable)) << call;
+        EXPECT_EQ(log.Take(), L"Loading ftd2xx.dll ...  OK\n") << call;
+        d2xx.Fail("");
+        EXPECT_TRUE(opening.Run(cable)) << call;
+        EXPECT_EQ(log.Take(), L"Loading ftd2xx.dll ...  OK (DLL already loaded)\n"
+                              L"Device successfully opened\n"
+                              L"Initialization succeeded\n")
+            << call;
+    }
+}
+
+TEST(Ftd2xx, FailureOfATuningCallIsIgnored) {
+    for (const char* call : {"FT_ResetDevice", "FT_SetUSBParameters", "FT_Purge",
+                             "FT_SetLatencyTimer", "FT_SetBitMode", "FT_GetQueueStatus"}) {
+        FakeD2xx d2xx;
+        d2xx.Fail(call);
+        VirtualClock clock;
+        OmFtd2xx cable;
+        Opening opening;
+        EXPECT_TRUE(opening.Run(cable)) << call;
+    }
+}
+
+TEST(Ftd2xx, OpeningAgainClosesTheDeviceBefore) {
+    FakeD2xx d2xx;
+    VirtualClock clock;
+    OmFtd2xx cable;
+    Opening opening;
+    EXPECT_TRUE(opening.Run(cable));
+    EXPECT_TRUE(opening.Run(cable));
+    EXPECT_EQ(d2xx.openHandles, 1);
+}
+
+TEST(Ftd2xx, DestructorClosesTheDeviceBeforeItFreesTheLibrary) {
+    FakeD2xx d2xx; // fails the test if a handle or the library is left
+    VirtualClock clock;
+    auto cable = std::make_unique<OmFtd2xx>();
+    Opening opening;
+    EXPECT_TRUE(opening.Run(*cable));
+    cable.reset();
+    EXPECT_EQ(d2xx.calls.back(), "FT_Close");
+    EXPECT_EQ(d2xx.loaded, 0);
+}
+
+TEST(Ftd2xx, ChoosesTheStoredDeviceOrTheFirstSuitableOne) {
+    const ChoiceCase cases[] = {
+        {"one of that description",
+         {{"Pod A", "1"}, {"Other A", "2"}},
+         "Other A",
+         "",
+         "'Other A' 2"},
+        {"one of that description, of another serial", {{"Pod A", "1"}}, "Pod A", "9", "'Pod A' 2"},
+        {"two of that description, the serial decides",
+         {{"Pod A", "1"}, {"Pod A", "2"}},
+         "Pod A",
+         "2",
+         "'2' 1"},
+        {"two of that description, no such serial",
+         {{"Pod A", "1"}, {"Pod A", "2"}},
+         "Pod A",
+         "9",
+         "'Pod A' 2"},
+        {"two of that description, two of that serial",
+         {{"Pod A", "1"}, {"Pod A", "1"}},
+         "Pod A",
+         "1",
+         "'Pod A' 2"},
+        {"the serial alone does not choose",
+         {{"Other A", "1"}, {"Pod A", "2"}},
+         "Gone A",
+         "2",
+         "'Other A' 2"},
+        {"an open one is still opened by its name",
+         {{"Pod A", "1", 6, 1}},
+         "Pod A",
+         "1",
+         "'Pod A' 2"},
+        {"gone: the first that is free",
+         {{"Busy A", "1", 6, 1}, {"Free A", "2"}, {"Late A", "3"}},
+         "Gone A",
+         "",
+         "'Free A' 2"},
+        {"gone: not a part without MPSSE",
+         {{"BM", "1", 0}, {"AM", "2", 1}, {"100AX", "3", 2}, {"232R", "4", 5}},
+         "Gone",
+         "",
+         ""},
+        {"gone: unknown and later types will do",
+         {{"232R", "1", 5}, {"New", "2", 3}},
+         "Gone",
+         "",
+         "'New' 2"},
+        {"gone: of an FT2232C only channel A",
+         {{"Dual B", "1", 4}, {"A", "2", 4}, {" A", "3", 4}, {"X A", "4", 4}},
+         "Gone",
+         "",
+         "'X A' 2"},
+        {"gone: a later part needs no channel letter", {{"Hi B", "1", 6}}, "Gone", "", "'Hi B' 2"},
+        {"nothing stored", {{"Pod A", "1"}}, "", "", "'Pod A' 2"},
+        {"no description", {{"", "1"}, {"Pod A", "2"}}, "", "1", "'Pod A' 2"},
+        {"nothing there", {}, "Pod A", "", ""},
+    };
+    for (const ChoiceCase& row : cases) {
+        FakeD2xx d2xx;
+        d2xx.devices = row.devices;
+        EXPECT_EQ(OpenedBy(d2xx, row.description, row.serial), row.opened) << row.name;
+    }
+}
+
+TEST(Ftd2xx, DeviceWithoutDetailIsPassedOver) {
+    FakeD2xx d2xx;
+    d2xx.devices = {{"Broken A", "1"}, {"Pod A", "2"}};
+    d2xx.devices[0].hasDetail = false;
+    EXPECT_EQ(OpenedBy(d2xx, "Gone A", ""), "'Pod A' 2");
+}
+
+TEST(Ftd2xx, CountThatNoMachineCanHaveIsNotBelieved) {
+    FakeD2xx d2xx;
+    d2xx.extraDevices = 4000000000U;
+    EXPECT_EQ(OpenedBy(d2xx, "Gone A", ""), "'Dual RS232-HS A' 2");
+}
+
+TEST(Ftd2xx, ListsThePartsThatCanDoJtag) {
+    const ListCase cases[] = {
+        {"nothing", {}, {}},
+        {"no MPSSE, no description",
+         {{"BM", "1", 0}, {"AM", "2", 1}, {"100AX", "3", 2}, {"232R", "4", 5}, {"", "5", 6}},
+         {}},
+        {"high speed, busy or not",
+         {{"Hi A", "1", 6, 1}, {"Hi B", "2", 6}, {"New", "3", 3}},
+         {"Hi A/1*", "Hi B/2*", "New/3*"}},
+        {"one FT2232C", {{"Dual A", "1A", 4}, {"Dual B", "1B", 4}}, {"Dual A/1A"}},
+        {"channel B first", {{"Dual B", "1B", 4}, {"Dual A", "1A", 4}}, {"Dual A/1A"}},
+        {"two alike, interleaved",
+         {{"Dual A", "1A", 4}, {"Dual B", "1B", 4}, {"Dual A", "2A", 4}, {"Dual B", "2B", 4}},
+         {"Dual A/1A", "Dual A/2A"}},
+        {"channel B alone", {{"Dual B", "1B", 4}}, {"Dual B/1B"}},
+        {"no blank before the letter",
+         {{"DualA", "1", 4}, {"DualB", "2", 4}},
+         {"DualA/1", "DualB/2"}},
+        {"too short", {{" A", "1", 4}, {" B", "2", 4}}, {" A/1", " B/2"}},
+        {"other stems", {{"One A", "1", 4}, {"Two B", "2", 4}}, {"One A/1", "Two B/2"}},
+        {"high-speed channels are not folded",
+         {{"Hi A", "1", 6}, {"Hi B", "2", 4}},
+         {"Hi A/1*", "Hi B/2"}},
+    };
+    for (const ListCase& row : cases) {
+        FakeD2xx d2xx;
+        d2xx.devices = row.devices;
+        OmFtd2xx cable;
+        EXPECT_TRUE(cable.Load());
+        LogCollector log;
+        std::vector<OmFtd2xxRecord> records{{"stale", "stale", true}};
+        cable.ListDevices(records);
+        std::vector<std::string> listed;
+        for (const OmFtd2xxRecord& record : records)
+            listed.push_back(record.description + "/" + record.serial +
+                             (record.isHighSpeed ? "*" : ""));
+        EXPECT_EQ(listed, row.listed) << row.name;
+        EXPECT_EQ(log.text, L"Found " + std::to_wstring(row.listed.size()) + L" FT2232 device(s)\n")
+            << row.name;
+    }
+}
+
+TEST(Ftd2xx, ListIsEmptyAndSilentIfTheLibraryCannotList) {
+    FakeD2xx d2xx;
+    OmFtd2xx cable;
+    std::vector<OmFtd2xxRecord> records{{"stale", "stale", true}};
+    cable.ListDevices(records);
+    EXPECT_TRUE(records.empty()) << "library not loaded";
+    EXPECT_TRUE(cable.Load());
+    d2xx.Fail("FT_CreateDeviceInfoList");
+    LogCollector log;
+    records.resize(1);
+    cable.ListDevices(records);
+    EXPECT_TRUE(records.empty());
+    EXPECT_EQ(log.text, L"");
+}
+
+TEST(Ftd2xx, FactoryOpensItFromTheSettings) {
+    FakeD2xx d2xx;
+    d2xx.devices = {{"Pod A", "1"}, {"Pod A", "2"}};
+    VirtualClock clock;
+    LogCollector log;
+    OmConnectionSettings settings;
+    settings.cableType = OmCableType::Ftd2xx;
+    settings.ftd2xxDescription = "Pod A";
+    settings.ftd2xxSerial = "2";
+    settings.ftd2xxFrequency = 15000000;
+    settings.ftd2xxAdaptiveClocking = true;
+    settings.ftd2xxGpioDir = 0x0710;
+    settings.ftd2xxGpioValue = 0x0300;
+    const auto cable = CreateCable(settings);
+    ASSERT_NE(cable, nullptr);
+    EXPECT_TRUE(settings.ftd2xxIsHighSpeed);
+    EXPECT_EQ(cable->GetJtagHAL()->GetFrequency(), 15000000U);
+    EXPECT_EQ(d2xx.calls[3], "FT_OpenEx '2' 1");
+    EXPECT_EQ(d2xx.writes, (std::vector<Bytes>{{0x85, 0x80, 0x0A, 0x1B, 0x82, 0x03, 0x07, 0x8A,
+                                                0x86, 0x01, 0x00, 0x96}}));
+    EXPECT_EQ(log.text, L"Creating cable object  FTD2XX\n"
+                        L"Creating OmFtd2xx\n"
+                        L"Loading ftd2xx.dll ...  OK\n"
+                        L"Device successfully opened\n"
+                        L"Initialization succeeded\n");
+}
+
+TEST(Ftd2xx, FactoryDeletesACableThatFails) {
+    FakeD2xx d2xx;
+    d2xx.devices.clear();
+    LogCollector log;
+    OmConnectionSettings settings;
+    settings.cableType = OmCableType::Ftd2xx;
+    EXPECT_EQ(CreateCable(settings), nullptr);
+    EXPECT_EQ(log.text, L"Creating cable object  FTD2XX\n"
+                        L"Creating OmFtd2xx\n"
+                        L"Loading ftd2xx.dll ...  OK\n"
+                        L"Destroying OmFtd2xx\n"
+                        L"*** FAILED *** (CreateCable failed)\n");
+}
