@@ -36,9 +36,7 @@ void WriteRecord(OmRecordSink& sink, uint8_t type, uint16_t offset, std::span<co
                                                static_cast<uint8_t>(offset), type};
     uint8_t* end = std::copy(data.begin(), data.end(), record + 4);
     *end = static_cast<uint8_t>(-SumBytes({record, end}));
-    sink.Text(":");
-    sink.HexBytes({record, end + 1});
-    sink.EndLine();
+    sink.Record(":", {record, end + 1});
 }
 
 class IntelHexWriter {

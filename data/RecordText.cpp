@@ -7,7 +7,6 @@
 namespace {
 
 constexpr uint8_t kNoDigit = 0xFF;
-constexpr char kDigits[] = "0123456789ABCDEF";
 
 constexpr std::array<uint8_t, 256> MakeDigitTable() {
     std::array<uint8_t, 256> table{};
@@ -21,7 +20,17 @@ constexpr std::array<uint8_t, 256> MakeDigitTable() {
 
 constexpr std::array<uint8_t, 256> kDigitValues = MakeDigitTable();
 
-constexpr size_t kWriteBlock = 64 * 1024;
+constexpr std::array<std::array<char, 2>, 256> MakePairTable() {
+    std::array<std::array<char, 2>, 256> table{};
+    for (unsigned byte = 0; byte < 256; ++byte)
+        table[byte] = {"0123456789ABCDEF"[byte >> 4], "0123456789ABCDEF"[byte & 0xF]};
+    return table;
+}
+
+constexpr std::array<std::array<char, 2>, 256> kPairs = MakePairTable();
+
+// Mark, digits and line end of the longest record, or one fixed line.
+constexpr size_t kLongestText = 4 * kMaxRecordBytes;
 
 } // namespace
 
@@ -94,28 +103,33 @@ uint8_t SumBytes(std::span<const uint8_t> bytes) {
 }
 
 OmRecordSink::OmRecordSink(const std::string& path)
-    : file_(PathFromLocal(path), OmFileReplacement::Mode::Text) {
-    buffer_.reserve(kWriteBlock + 4 * kMaxRecordBytes);
+    : file_(PathFromLocal(path), OmFileReplacement::Mode::Text),
+      buffer_(std::make_unique<char[]>(kBlock + kLongestText)) {}
+
+void OmRecordSink::Text(std::string_view text) {
+    MakeRoom();
+    end_ += text.copy(&buffer_[end_], kLongestText);
 }
 
-void OmRecordSink::HexBytes(std::span<const uint8_t> bytes) {
-    const size_t start = buffer_.size();
-    buffer_.resize(start + 2 * bytes.size());
-    char* digit = &buffer_[start];
+void OmRecordSink::Record(std::string_view mark, std::span<const uint8_t> bytes) {
+    Text(mark);
+    char* end = &buffer_[end_];
     for (const uint8_t byte : bytes) {
-        *digit++ = kDigits[byte >> 4];
-        *digit++ = kDigits[byte & 0xF];
+        std::memcpy(end, kPairs[byte].data(), 2);
+        end += 2;
     }
-}
-
-void OmRecordSink::EndLine() {
-    buffer_ += '\n';
-    if (buffer_.size() < kWriteBlock)
-        return;
-    file_.Write(buffer_); // a failure stays known to the file until Commit
-    buffer_.clear();
+    *end++ = '\n';
+    end_ = static_cast<size_t>(end - buffer_.get());
 }
 
 bool OmRecordSink::Commit() {
-    return file_.Write(buffer_) && file_.Commit();
+    return file_.Write({buffer_.get(), end_}) && file_.Commit();
+}
+
+// A failure stays known to the file until Commit.
+void OmRecordSink::MakeRoom() {
+    if (end_ < kBlock)
+        return;
+    file_.Write({buffer_.get(), end_});
+    end_ = 0;
 }

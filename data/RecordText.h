@@ -81,18 +81,20 @@ class OmRecordSink {
   public:
     explicit OmRecordSink(const std::string& path);
 
-    void Text(std::string_view text) { buffer_ += text; }
+    void Text(std::string_view text);
 
-    void HexBytes(std::span<const uint8_t> bytes);
-
-    void HexByte(uint8_t byte) { HexBytes({&byte, 1}); }
-
-    void EndLine();
+    // The bytes of one record as hexadecimal digits, between its mark and a line end.
+    void Record(std::string_view mark, std::span<const uint8_t> bytes);
 
     // False if anything could not be written.
     bool Commit();
 
   private:
-    std::string buffer_;
+    void MakeRoom();
+
+    static constexpr size_t kBlock = 64 * 1024;
+
     OmFileReplacement file_;
+    std::unique_ptr<char[]> buffer_;
+    size_t end_ = 0;
 };

@@ -38,9 +38,7 @@ void WriteRecord(OmRecordSink& sink, const RecordKind& kind, uint32_t address,
         *end++ = static_cast<uint8_t>(address >> (shift - 8));
     end = std::copy(data.begin(), data.end(), end);
     *end = static_cast<uint8_t>(0xFF - SumBytes({record, end}));
-    sink.Text(kind.mark);
-    sink.HexBytes({record, end + 1});
-    sink.EndLine();
+    sink.Record(kind.mark, {record, end + 1});
 }
 
 void WriteChunk(OmRecordSink& sink, const RecordKind& kind, const OmDataChunk& chunk) {
