@@ -1,6 +1,8 @@
 // The page that the Info command shows: what the flash says about itself, a column for each chip.
 #pragma once
 
+#include "flash/Cfi.h"
+
 #include <cstdint>
 #include <string>
 #include <vector>
@@ -9,7 +11,7 @@
 struct OmChipInfo {
     uint8_t manufacturer = 0; // JEDEC JEP106 code without its bank, 0 if the chip did not answer
     uint8_t device = 0;
-    std::vector<uint8_t> cfi; // query bytes from 10h on, empty without CFI
+    OmCfiBuffer cfi; // empty without CFI
 };
 
 // `commandSet` is HTML text. `wordSize` is the data width of one chip in bytes.
@@ -20,4 +22,4 @@ std::wstring FormatFlashInfo(const std::wstring& commandSet, int wordSize,
 // values.
 inline constexpr size_t kCfiRowCount = 18;
 const wchar_t* GetCfiRowLabel(size_t row);
-std::vector<std::wstring> FormatCfiRows(const std::vector<uint8_t>& cfi);
+std::vector<std::wstring> FormatCfiRows(const OmCfiBuffer& cfi);

@@ -1,22 +1,11 @@
 // The decoded values of a CFI query structure (JESD68) as texts.
+#include "flash/Cfi.h"
 #include "flash/FlashInfo.h"
 #include "platform/Text.h"
 
-#include <algorithm>
-#include <limits>
-
 namespace {
 
-using CfiBytes = std::vector<uint8_t>; // index n holds query address 10h + n
-
-constexpr unsigned kQueryBase = 0x10;
-constexpr unsigned kNoTable = std::numeric_limits<unsigned>::max();
-// An extended table cannot begin inside the part that every query structure has.
-constexpr unsigned kLowestTableAddress = 27;
-constexpr size_t kPrimaryTable = 5;
-constexpr size_t kAlternativeTable = 9;
-constexpr size_t kRegionCount = 28;
-constexpr size_t kFirstRegion = 29;
+constexpr unsigned kQueryBase = 0x10; // address of the byte at index 0
 
 struct CodeName {
     unsigned code;
@@ -49,14 +38,10 @@ const wchar_t* FindName(const CodeName (&table)[N], unsigned code) {
     return nullptr;
 }
 
-unsigned Word(const CfiBytes& cfi, size_t index) {
-    return cfi[index] | (unsigned{cfi[index + 1]} << 8);
-}
-
 struct CfiRow {
     const wchar_t* label;
     size_t index; // the highest byte of the row's fixed place
-    std::wstring (*format)(const CfiBytes& cfi, const CfiRow& row);
+    std::wstring (*format)(const OmCfiBuffer& cfi, const CfiRow& row);
     const wchar_t* unit = nullptr;
 };
 
@@ -65,20 +50,20 @@ std::wstring CommandSetText(unsigned code) {
     return name ? name : L"Unknown";
 }
 
-std::wstring PrimarySet(const CfiBytes& cfi, const CfiRow& row) {
-    return CommandSetText(Word(cfi, row.index - 1));
+std::wstring PrimarySet(const OmCfiBuffer& cfi, const CfiRow& row) {
+    return CommandSetText(GetCfiValue(cfi, row.index - 1));
 }
 
-std::wstring AlternativeSet(const CfiBytes& cfi, const CfiRow& row) {
-    const unsigned code = Word(cfi, row.index - 1);
+std::wstring AlternativeSet(const OmCfiBuffer& cfi, const CfiRow& row) {
+    const unsigned code = GetCfiValue(cfi, row.index - 1);
     return code == 0 ? L"N/A" : CommandSetText(code);
 }
 
-std::wstring Volts(const CfiBytes& cfi, const CfiRow& row) {
+std::wstring Volts(const OmCfiBuffer& cfi, const CfiRow& row) {
     return OmFormat(L"%u.%u V", unsigned{cfi[row.index]} >> 4, unsigned{cfi[row.index]} & 15U);
 }
 
-std::wstring VoltsIfAny(const CfiBytes& cfi, const CfiRow& row) {
+std::wstring VoltsIfAny(const OmCfiBuffer& cfi, const CfiRow& row) {
     return cfi[row.index] == 0 ? L"N/A" : Volts(cfi, row);
 }
 
@@ -88,42 +73,42 @@ std::wstring PowerOfTwo(unsigned exponent, const wchar_t* unit) {
     return OmFormat(L"%u %ls", 1U << exponent, unit);
 }
 
-std::wstring TypicalTime(const CfiBytes& cfi, const CfiRow& row) {
+std::wstring TypicalTime(const OmCfiBuffer& cfi, const CfiRow& row) {
     return cfi[row.index] == 0 ? L"N/A" : PowerOfTwo(cfi[row.index], row.unit);
 }
 
 // The maximum is given as a factor of the typical time, four bytes earlier.
-std::wstring MaximumTime(const CfiBytes& cfi, const CfiRow& row) {
+std::wstring MaximumTime(const OmCfiBuffer& cfi, const CfiRow& row) {
     const unsigned factor = cfi[row.index];
     const unsigned typical = cfi[row.index - 4];
     return factor == 0 || typical == 0 ? L"N/A" : PowerOfTwo(factor + typical, row.unit);
 }
 
-std::wstring DeviceSize(const CfiBytes& cfi, const CfiRow& row) {
+std::wstring DeviceSize(const OmCfiBuffer& cfi, const CfiRow& row) {
     return PowerOfTwo(cfi[row.index], L"Bytes");
 }
 
-std::wstring Interface(const CfiBytes& cfi, const CfiRow& row) {
-    const unsigned code = Word(cfi, row.index - 1);
+std::wstring Interface(const OmCfiBuffer& cfi, const CfiRow& row) {
+    const unsigned code = GetCfiValue(cfi, row.index - 1);
     const wchar_t* name = FindName(kInterfaces, code);
     return name ? name : OmFormat(L"Unknown [%u]", code);
 }
 
-std::wstring BufferSize(const CfiBytes& cfi, const CfiRow& row) {
-    return PowerOfTwo(Word(cfi, row.index - 1), L"Bytes");
+std::wstring BufferSize(const OmCfiBuffer& cfi, const CfiRow& row) {
+    return PowerOfTwo(GetCfiValue(cfi, row.index - 1), L"Bytes");
 }
 
-std::wstring Region(const CfiBytes& cfi, size_t index) {
-    const unsigned size = Word(cfi, index + 2);
-    return OmFormat(L"%u x %u Bytes", Word(cfi, index) + 1, size == 0 ? 128U : size * 256);
+std::wstring Region(const OmCfiBuffer& cfi, size_t index) {
+    const unsigned size = GetCfiValue(cfi, index + 2);
+    return OmFormat(L"%u x %u Bytes", GetCfiValue(cfi, index) + 1, size == 0 ? 128U : size * 256);
 }
 
-std::wstring Regions(const CfiBytes& cfi, const CfiRow& row) {
+std::wstring Regions(const OmCfiBuffer& cfi, const CfiRow& row) {
     if (cfi[row.index] == 0)
         return L"1";
     std::wstring text;
     for (size_t r = 0; r < cfi[row.index]; ++r)
-        text += (r == 0 ? L"" : L",<br>") + Region(cfi, kFirstRegion + 4 * r);
+        text += (r == 0 ? L"" : L",<br>") + Region(cfi, kCfiRegions + 4 * r);
     return text;
 }
 
@@ -145,18 +130,13 @@ constexpr CfiRow kRows[kCfiRowCount] = {
     {L"Device Size", 23, DeviceSize},
     {L"Flash Device Interface", 25, Interface},
     {L"Max Number of Bytes in Multi-Byte Program", 27, BufferSize},
-    {L"Sectors", kRegionCount, Regions},
+    {L"Sectors", kCfiRegionCount, Regions},
 };
 
-unsigned TableAddress(const CfiBytes& cfi, size_t index) {
-    const unsigned address = index + 1 < cfi.size() ? Word(cfi, index) : 0;
-    return address < kLowestTableAddress ? kNoTable : address;
-}
-
 // The highest byte that a row reads.
-size_t LastByte(const CfiBytes& cfi, const CfiRow& row) {
-    const bool regions = row.index == kRegionCount && row.index < cfi.size();
-    return row.index + (regions ? size_t{4} * cfi[kRegionCount] : 0);
+size_t LastByte(const OmCfiBuffer& cfi, const CfiRow& row) {
+    const bool regions = row.index == kCfiRegionCount && row.index < cfi.size();
+    return row.index + (regions ? size_t{4} * cfi[kCfiRegionCount] : 0);
 }
 
 } // namespace
@@ -167,9 +147,8 @@ const wchar_t* GetCfiRowLabel(size_t row) {
 
 // The extended tables bound the query structure: what lies behind their beginning is not part of
 // it, whatever was read there. The command set codes precede every table.
-std::vector<std::wstring> FormatCfiRows(const std::vector<uint8_t>& cfi) {
-    const unsigned end =
-        std::min(TableAddress(cfi, kPrimaryTable), TableAddress(cfi, kAlternativeTable));
+std::vector<std::wstring> FormatCfiRows(const OmCfiBuffer& cfi) {
+    const uint32_t end = GetCfiTableEnd(cfi);
     std::vector<std::wstring> texts;
     for (const CfiRow& row : kRows) {
         const size_t last = LastByte(cfi, row);

@@ -3,13 +3,17 @@
 #include "flash/FlashProgrammer.h"
 #include "flash/Identification.h"
 
+#include <algorithm>
+
 namespace {
+
+constexpr int kHighestLane = 24; // of the 32 data bits that the bus can have
 
 std::vector<OmChipInfo> DescribeChips(const OmDesignSetup& setup, const OmFlashIds& ids,
                                       const CfiData& cfi) {
     std::vector<OmChipInfo> chips;
-    for (int chip = 0; chip < setup.ChipCount; ++chip) {
-        const int lane = chip * setup.WordSize * 8;
+    for (int chip = 0; chip < std::min(setup.ChipCount, kMaxChips); ++chip) {
+        const int lane = std::min(chip * setup.WordSize * 8, kHighestLane);
         chips.push_back({static_cast<uint8_t>(ids.manufacturer >> lane),
                          static_cast<uint8_t>(ids.device >> lane),
                          cfi.chips[static_cast<size_t>(chip)]});
