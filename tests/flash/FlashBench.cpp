@@ -119,7 +119,7 @@ void BenchCable::Update(const BenchPins& next) {
 }
 
 void BenchCable::ScanVectors(const OmScanList& vectors, OmCapturedList* captured) {
-    ++runCount;
+    runSizes.push_back(vectors.size());
     Log(captured ? "write and read" : "write");
     if (captured)
         captured->clear();
@@ -168,4 +168,14 @@ std::string FlashBench::TakeLog() {
     std::string taken = "\n" + cable.log; // so that a raw string can start on a line of its own
     cable.log.clear();
     return taken;
+}
+
+OmDataImage ImageOfWords(uint32_t busWord, std::initializer_list<uint16_t> words) {
+    OmDataImage image;
+    uint32_t address = busWord * 2;
+    for (const uint16_t word : words) {
+        image.SetByte(address++, static_cast<uint8_t>(word));
+        image.SetByte(address++, static_cast<uint8_t>(word >> 8));
+    }
+    return image;
 }

@@ -3,6 +3,7 @@
 // rendered from the shifted bits by the bench's own knowledge of its cells.
 #pragma once
 
+#include "data/DataImage.h"
 #include "flash/BoundaryScanBus.h"
 #include "jtag/Cable.h"
 #include "jtag/ChainAnalyzer.h"
@@ -12,7 +13,9 @@
 #include <cstdint>
 #include <deque>
 #include <functional>
+#include <initializer_list>
 #include <string>
+#include <vector>
 
 struct BenchShape {
     int addressPins = 20;
@@ -71,7 +74,7 @@ class BenchCable : public OmCable, public OmJtagHAL, public VirtualClock {
     int scansSinceWrite = 0; // scans that ended after the last rising edge of WE
     size_t scanCount = 0;
     size_t captureCount = 0;
-    size_t runCount = 0;
+    std::vector<size_t> runSizes; // scans of each run
     std::string log;
     bool keepLog = true;
 
@@ -92,6 +95,8 @@ class BenchCable : public OmCable, public OmJtagHAL, public VirtualClock {
 class FlashBench {
   public:
     explicit FlashBench(const BenchShape& shape = {});
+    FlashBench(const FlashBench&) = delete;
+    FlashBench& operator=(const FlashBench&) = delete;
 
     // The log so far, and forgets it. One line an event: "reset", "IR <bits>", "sleep 60", "write"
     // or "write and read" for each run of scans, and indented for each scan "address data CE OE
@@ -103,6 +108,25 @@ class FlashBench {
     OmChainAnalyzer analyzer;
     OmBoundaryScanBus bus;
 };
+
+// An image of 16-bit words, low byte first, from a bus word up, as a 16-bit bus sees it.
+OmDataImage ImageOfWords(uint32_t busWord, std::initializer_list<uint16_t> words);
+
+// Parts of logs that many operations share; 20 address pins, 16 data pins.
+inline constexpr char kIdleLog[] = "write and read\n"
+                                   "  00000 ZZZZ 1 1 1 r\n";
+inline constexpr char kAmdResetLog[] = "write and read\n"
+                                       "  55555 ZZZZ 0 1 1\n"
+                                       "  55555 F0F0 0 1 0\n"
+                                       "  55555 F0F0 0 1 1 r\n";
+// The address pins have their safe values.
+inline constexpr char kIntelClearStatusLog[] = "write\n"
+                                               "  FFFFF 5050 0 1 0\n"
+                                               "  FFFFF 5050 0 1 1\n";
+inline constexpr char kIntelReadArrayLog[] = "write and read\n"
+                                             "  00000 ZZZZ 0 1 1\n"
+                                             "  00000 FFFF 0 1 0\n"
+                                             "  00000 FFFF 0 1 1 r\n";
 
 // The cells of the bench's device, by cell number.
 inline constexpr int kBenchCe = 0;

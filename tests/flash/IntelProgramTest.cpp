@@ -1,0 +1,162 @@
+#include "flash/IntelCommands.h"
+
+#include "tests/flash/FlashBench.h"
+#include "tests/support/RecordingProgress.h"
+
+#include <gtest/gtest.h>
+
+namespace {
+
+std::string Closing() {
+    return std::string(kIntelClearStatusLog) + kIntelReadArrayLog + kIdleLog;
+}
+
+class IntelProgram : public testing::Test {
+  protected:
+    FlashBench bench;
+    RecordingProgress progress;
+    int wait = 0;
+    uint32_t count = 99;
+};
+
+} // namespace
+
+TEST_F(IntelProgram, WordTakesEightScansAndTheWaitAndTheBatchTwoMore) {
+    wait = 2;
+    bench.cable.answers = {0x0080};
+    const OmDataImage image = ImageOfWords(0x12345, {0xBEEF});
+    EXPECT_EQ(IntelProgramWords(bench.bus, progress, image, wait, count), OmFlashResult::Done);
+    EXPECT_EQ(count, 1u);
+    EXPECT_EQ(bench.cable.runSizes[1], 12u);
+    EXPECT_EQ(bench.TakeLog(), std::string("\n") + kIntelClearStatusLog + R"(write and read
+  12345 ZZZZ 0 1 1
+  12345 4040 0 1 0
+  12345 4040 0 1 1
+  12345 BEEF 0 1 0
+  12345 BEEF 0 1 1
+  12345 ZZZZ 0 1 1
+  12345 ZZZZ 0 1 1
+  12345 ZZZZ 0 1 1
+  12345 ZZZZ 0 0 1
+  12345 ZZZZ 0 1 1 r
+  12345 5050 0 1 0
+  12345 5050 0 1 1
+write and read
+  12345 5050 0 1 1 r
+sleep 60
+)" + Closing());
+}
+
+TEST_F(IntelProgram, BufferTakesElevenScansTwoAWordAndTheWaitAndTheBatchOneMore) {
+    wait = 1;
+    bench.cable.answers = {0x0080};
+    const OmDataImage image = ImageOfWords(0x100, {0x1111, 0x2222});
+    EXPECT_EQ(IntelProgramBuffers(bench.bus, progress, image, 16, wait, count),
+              OmFlashResult::Done);
+    EXPECT_EQ(count, 2u);
+    EXPECT_EQ(bench.cable.runSizes[1], 17u);
+    EXPECT_EQ(bench.TakeLog(), std::string("\n") + kIntelClearStatusLog + R"(write and read
+  00100 ZZZZ 0 1 1
+  00100 E8E8 0 1 0
+  00100 E8E8 0 1 1
+  00100 0001 0 1 0
+  00100 0001 0 1 1
+  00100 1111 0 1 0
+  00101 1111 0 1 1
+  00101 2222 0 1 0
+  00101 2222 0 1 1
+  00101 D0D0 0 1 0
+  00101 D0D0 0 1 1
+  00101 ZZZZ 0 1 1
+  00101 ZZZZ 0 1 1
+  00101 ZZZZ 0 0 1
+  00101 ZZZZ 0 1 1 r
+  00101 5050 0 1 0
+  00101 5050 0 1 1
+write and read
+  00101 5050 0 1 1 r
+sleep 60
+)" + Closing());
+}
+
+TEST_F(IntelProgram, StatusClearOfABlockEndsWithTheNextBlocksFirstScan) {
+    bench.cable.status = 29; // two blocks of 13 scans, and the closing one
+    bench.cable.answers = {0x0080, 0x0080};
+    OmDataImage image = ImageOfWords(0x00F, {0x1111, 0x2222});
+    IntelProgramBuffers(bench.bus, progress, image, 16, wait, count);
+    EXPECT_EQ(bench.cable.runSizes[1], 27u);
+    EXPECT_NE(bench.TakeLog().find("  0000F ZZZZ 0 1 1 r\n"
+                                   "  0000F 5050 0 1 0\n"
+                                   "  00010 5050 0 1 1\n"
+                                   "  00010 E8E8 0 1 0\n"),
+              std::string::npos);
+}
+
+TEST_F(IntelProgram, BlindWordsTakeFourScansAndTheWait) {
+    bench.cable.blind = 100;
+    const OmDataImage image = ImageOfWords(0x100, {0x1111, 0x2222});
+    EXPECT_EQ(IntelProgramWordsBlind(bench.bus, progress, image, 1, count), OmFlashResult::Done);
+    EXPECT_EQ(count, 2u);
+    EXPECT_EQ(bench.TakeLog(), std::string("\n") + kIntelClearStatusLog + R"(write
+  00100 ZZZZ 0 1 1
+  00100 4040 0 1 0
+  00100 4040 0 1 1
+  00100 1111 0 1 0
+  00100 1111 0 1 1
+  00101 1111 0 1 1
+  00101 4040 0 1 0
+  00101 4040 0 1 1
+  00101 2222 0 1 0
+  00101 2222 0 1 1
+  00101 2222 0 1 1
+write and read
+  00101 2222 0 1 1 r
+sleep 60
+)" + Closing());
+}
+
+TEST_F(IntelProgram, BlindBuffersEndInTheConfirmation) {
+    const OmDataImage image = ImageOfWords(0x100, {0x1111, 0x2222});
+    EXPECT_EQ(IntelProgramBuffersBlind(bench.bus, progress, image, 16, 0, count),
+              OmFlashResult::Done);
+    EXPECT_EQ(bench.TakeLog(), std::string("\n") + kIntelClearStatusLog + R"(write
+  00100 ZZZZ 0 1 1
+  00100 E8E8 0 1 0
+  00100 E8E8 0 1 1
+  00100 0001 0 1 0
+  00100 0001 0 1 1
+  00100 1111 0 1 0
+  00101 1111 0 1 1
+  00101 2222 0 1 0
+  00101 2222 0 1 1
+  00101 D0D0 0 1 0
+  00101 D0D0 0 1 1
+write and read
+  00101 D0D0 0 1 1 r
+sleep 60
+)" + Closing());
+}
+
+TEST_F(IntelProgram, LockedBlockEndsTheProgrammingAtOnce) {
+    bench.cable.status = 100;
+    bench.cable.answers = {0x0082, 0x0080};
+    const OmDataImage image = ImageOfWords(0x00F, {0x1111, 0x2222});
+    EXPECT_EQ(IntelProgramBuffers(bench.bus, progress, image, 1, wait, count),
+              OmFlashResult::FlashError);
+    EXPECT_TRUE(progress.reports.empty());
+    EXPECT_EQ(count, 2u) << "the words drawn for the batch that met the locked block";
+    EXPECT_TRUE(bench.TakeLog().ends_with("sleep 60\n" + Closing()));
+    const std::vector<size_t> expected{2, 27, 1, 2, 3, 1};
+    EXPECT_EQ(bench.cable.runSizes, expected) << "nothing is tried again";
+}
+
+TEST_F(IntelProgram, WordIsDoneWhenAllChipsAreReady) {
+    FlashBench two({.chips = 2});
+    two.cable.answers = {0x00800000, 0x00020080, 0x00900080};
+    OmDataImage image;
+    image.SetByte(0, 0x55);
+    EXPECT_EQ(IntelProgramWords(two.bus, progress, image, wait, count), OmFlashResult::Done);
+    // SR1 of a busy chip does not count, SR4 is left to the verify.
+    EXPECT_EQ(two.cable.answers.size(), 0u);
+    EXPECT_EQ(progress.reports.size(), 3u);
+}
