@@ -2,6 +2,7 @@
 
 #include "jtag/Ftd2xx.h"
 #include "jtag/Log.h"
+#include "jtag/UsbBlaster.h"
 
 #include <utility>
 
@@ -31,6 +32,10 @@ std::unique_ptr<OmCable> OpenFtd2xx(OmConnectionSettings& settings) {
                           settings.ftd2xxGpioValue, settings.ftd2xxIsHighSpeed);
 }
 
+std::unique_ptr<OmCable> OpenUsbBlaster(OmConnectionSettings& settings) {
+    return Open<OmUsbBlaster>(settings.usbBlasterDescription, settings.usbBlasterSerial);
+}
+
 // Indexed by OmCableType.
 constexpr CableRow kCables[kCableTypeCount] = {
     {L"Xilinx Parallel Cable III / IV", L"XILINX_PARALLEL_CABLE_3", nullptr},
@@ -42,7 +47,7 @@ constexpr CableRow kCables[kCableTypeCount] = {
     {L"Generic FTDI FT2232", L"FTD2XX", OpenFtd2xx},
     {L"Segger J-Link", L"JLINK_USB", nullptr},
     {L"Segger J-Link via TCP/IP server", L"JLINK_IP", nullptr},
-    {L"Altera USB-Blaster", L"ALTERA_USB_BLASTER", nullptr},
+    {L"Altera USB-Blaster", L"ALTERA_USB_BLASTER", OpenUsbBlaster},
 };
 
 const CableRow* FindCable(OmCableType type) {

@@ -1,6 +1,8 @@
 #include "jtag/D2xx.h"
 
 #include "jtag/CableErrors.h"
+#include "jtag/Exception.h"
+#include "jtag/Log.h"
 #include "platform/Clock.h"
 
 #include <algorithm>
@@ -16,6 +18,7 @@ constexpr uint32_t kFlagOpened = 1;
 // More devices than a host can carry; a library that counts higher is not believed.
 constexpr uint32_t kMaxDevices = 1024;
 
+constexpr unsigned kSettleMilliseconds = 32;
 constexpr int kMaxReads = 31;
 constexpr unsigned kReadRetryMilliseconds = 10;
 
@@ -142,6 +145,18 @@ void OmD2xx::FtdiRead(std::span<uint8_t> bytes) {
             ThrowConnectionError();
         GetClock().SleepMilliseconds(kReadRetryMilliseconds);
     }
+}
+
+bool OmD2xx::DiscardStale() {
+    GetClock().SleepMilliseconds(kSettleMilliseconds);
+    try {
+        Drain();
+    } catch (const OmException&) {
+        OmLog(L"*** FAILED *** (FtdiRead() has thrown an exception)\n");
+        Close();
+        return false;
+    }
+    return true;
 }
 
 void OmD2xx::Drain() {

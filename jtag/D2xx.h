@@ -79,14 +79,17 @@ class OmD2xx {
     void Write(std::span<const uint8_t> bytes);
     // Waits up to 300 ms in all for missing bytes.
     void FtdiRead(std::span<uint8_t> bytes);
-    // Reads what waits in the queue and throws it away.
-    void Drain();
+
+    // Ends the set-up of a device: lets it settle, reads what waits in its queue and throws that
+    // away. If it does not come, logs that, closes the device and answers false.
+    bool DiscardStale();
 
     OmD2xxFunctions functions;                // valid while the library is loaded
     OmD2xxFunctions::Handle handle = nullptr; // null when closed
 
   private:
     bool OpenBy(const std::string& text, uint32_t flag);
+    void Drain();
 
     OmVendorLibrary library_;
 };

@@ -2,7 +2,6 @@
 
 #include "jtag/Exception.h"
 #include "jtag/Log.h"
-#include "platform/Clock.h"
 
 #include <algorithm>
 
@@ -30,7 +29,6 @@ constexpr uint32_t kPurgeBoth = 3;
 constexpr uint8_t kLatencyMilliseconds = 16;
 constexpr uint8_t kBitModeReset = 0;
 constexpr uint8_t kBitModeMpsse = 2;
-constexpr unsigned kSettleMilliseconds = 32;
 
 // MPSSE set-up commands (AN_108).
 constexpr uint8_t kLoopbackOff = 0x85;
@@ -129,7 +127,7 @@ bool OmFtd2xx::Initialize(const std::string& description, const std::string& ser
     d2xx_.functions.SetBitMode(d2xx_.handle, 0, kBitModeMpsse);
     // A part without the 60 MHz engine has no adaptive clocking either; the setting is dropped.
     if (!SendSetup(frequency, isHighSpeed, adaptive && isHighSpeed, gpioDir, gpioValue) ||
-        !DiscardStale())
+        !d2xx_.DiscardStale())
         return false;
     OmLog(L"Initialization succeeded\n");
     frequency_ = frequency;
@@ -174,18 +172,6 @@ bool OmFtd2xx::SendSetup(uint32_t& frequency, bool isHighSpeed, bool adaptive, u
         d2xx_.Write(block);
     } catch (const OmException&) {
         OmLog(L"*** FAILED *** (first write operation failed)\n");
-        d2xx_.Close();
-        return false;
-    }
-    return true;
-}
-
-bool OmFtd2xx::DiscardStale() {
-    GetClock().SleepMilliseconds(kSettleMilliseconds);
-    try {
-        d2xx_.Drain();
-    } catch (const OmException&) {
-        OmLog(L"*** FAILED *** (FtdiRead() has thrown an exception)\n");
         d2xx_.Close();
         return false;
     }

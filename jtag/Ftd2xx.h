@@ -61,7 +61,6 @@ class OmFtd2xx : public OmCable, public OmJtagHAL {
     void ConfigureUsb();
     bool SendSetup(uint32_t& frequency, bool isHighSpeed, bool adaptive, uint16_t gpioDir,
                    uint16_t gpioValue);
-    bool DiscardStale();
     void Scan(OmMpsseProgram& program, OmScanRegister which, const OmBitVector& in,
               OmBitVector& out, int from, int to);
     void ScanRun(std::span<const OmScanVector> run, const Layout& layout, OmCapturedList* captured);

@@ -1,7 +1,6 @@
 #include "jtag/MpsseProgram.h"
 
 #include "jtag/BitPacking.h"
-#include "jtag/CableErrors.h"
 
 namespace {
 
@@ -20,14 +19,6 @@ constexpr uint8_t Command(uint8_t command, bool capture) {
 }
 
 } // namespace
-
-uint8_t* OmMpsseProgram::Extend(size_t count) {
-    if (count > kCapacity - used_)
-        ThrowScanTooLong();
-    uint8_t* start = bytes_.data() + used_;
-    used_ += count;
-    return start;
-}
 
 void OmMpsseProgram::ClockTms(OmTapPath path, bool tdi) {
     uint8_t* command = Extend(3);
