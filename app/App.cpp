@@ -61,7 +61,8 @@ void OmApp::SetProcessOptions() {
     wxSystemOptions::SetOption("msw.notebook.themed-background", 0);
     wxSystemOptions::SetOption("msw.remap",
                                ChooseBitmapRemapping(GetCommonControlsVersion(), wxDisplayDepth()));
-    wxImage::AddHandler(new wxPNGHandler);
+    if (!wxImage::FindHandler(wxBITMAP_TYPE_PNG))
+        wxImage::AddHandler(new wxPNGHandler);
     SetUserInterface(&userInterface_);
     helpController_ = CreateHelpViewer();
 }

@@ -89,6 +89,18 @@ void OmMainFrame::ShowLoadedData(OmDataImage image, const wxString& path) {
     TakeDataPath(path);
 }
 
+OmDataImage& OmMainFrame::BeginFlashData() {
+    hexView_->SetDataImage(nullptr);
+    dataImage_.ClearImage();
+    TakeDataPath(wxString());
+    return dataImage_;
+}
+
+void OmMainFrame::ShowFlashData() {
+    hexView_->SetDataImage(&dataImage_);
+    UpdateDataCaption();
+}
+
 void OmMainFrame::TakeDataPath(const wxString& path) {
     if (!dataPath_.empty())
         recentDataFiles_.AddFileToHistory(dataPath_);

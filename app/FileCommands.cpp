@@ -91,6 +91,11 @@ void OmMainFrame::TakeSetupPath(const wxString& path) {
     UpdateTitle();
 }
 
+void OmMainFrame::MarkSetupModified() {
+    setupModified_ = true;
+    UpdateTitle();
+}
+
 void OmMainFrame::OnRecentSetup(wxCommandEvent& event) {
     const auto index = static_cast<size_t>(event.GetId() - kIdFirstRecentSetup);
     if (index >= recentSetups_.GetCount())

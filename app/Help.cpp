@@ -7,6 +7,7 @@
 #include <wx/fs_arc.h>
 #include <wx/html/helpctrl.h>
 #include <wx/html/htmlfilt.h>
+#include <wx/sstream.h>
 #endif
 
 namespace {
@@ -34,10 +35,11 @@ class HtmlPageFilter : public wxHtmlFilter {
         return file.GetMimeType() == "application/xhtml+xml";
     }
 
-    wxString ReadFile(const wxFSFile& file) const override { return reader_.ReadFile(file); }
-
-  private:
-    wxHtmlFilterHTML reader_;
+    wxString ReadFile(const wxFSFile& file) const override {
+        wxStringOutputStream page(nullptr, wxConvUTF8);
+        file.GetStream()->Read(page);
+        return page.GetString();
+    }
 };
 
 // Opens the book only when the first topic is asked for: starting the program stays fast, and a

@@ -11,6 +11,7 @@ namespace {
 constexpr uint32_t kBytesPerLine = 16;
 constexpr uint32_t kLinesBetweenChunks = 2;
 constexpr size_t kCellColumns = 3 * kBytesPerLine + 3; // " 3F" each, and three group gaps
+constexpr wchar_t kSoftHyphen = 0xAD;
 constexpr wchar_t kHexDigits[] = L"0123456789ABCDEF";
 
 uint32_t LineAddress(uint32_t address) {
@@ -36,7 +37,9 @@ wchar_t ToCharacter(uint8_t byte) {
     const char narrow = static_cast<char>(byte);
     wchar_t wide[4] = {};
     const size_t length = wxConvLibc.ToWChar(wide, 4, &narrow, 1);
-    return length == 1 && wide[0] != 0 ? wide[0] : static_cast<wchar_t>(byte);
+    const wchar_t character = length == 1 && wide[0] != 0 ? wide[0] : static_cast<wchar_t>(byte);
+    // A soft hyphen is drawn without any width and would shift the rest of the line.
+    return character == kSoftHyphen ? L'-' : character;
 }
 
 std::array<wchar_t, 256> MakeCharacterTable() {

@@ -13,6 +13,7 @@
 #include "platform/UserInterface.h"
 
 #include <wx/aui/auibar.h>
+#include <wx/aui/dockart.h>
 #include <wx/config.h>
 #include <wx/filename.h>
 #include <wx/menu.h>
@@ -82,6 +83,8 @@ OmMainFrame::OmMainFrame(const wxString& title, const wxPoint& position, const w
     helpViewer_.Initialize(wxString(GetProgramDirectory()) + "/velflash");
     SetCurrentHelpViewer(&helpViewer_);
     manager_.SetManagedWindow(this);
+    // No pane can be dragged, so no gap is needed to take hold of.
+    manager_.GetArtProvider()->SetMetric(wxAUI_DOCKART_SASH_SIZE, 0);
     SetIcons(GetAppIcon());
     BuildMenus();
     BuildToolBars();
@@ -127,7 +130,8 @@ void OmMainFrame::BuildToolBars() {
 
 void OmMainFrame::AddToolBarPane(wxAuiToolBar* bar, const wxString& name, int row) {
     bar->Realize();
-    // Resizable: the bar fills its row, so that the lines of its art run across the window.
+    // Resizable: the bar fills its row, so that the lines of its art run across the window. The
+    // bars draw their own edges.
     manager_.AddPane(bar, wxAuiPaneInfo()
                               .Name(name)
                               .ToolbarPane()
@@ -135,6 +139,7 @@ void OmMainFrame::AddToolBarPane(wxAuiToolBar* bar, const wxString& name, int ro
                               .Row(row)
                               .Layer(kToolBarLayer)
                               .Gripper(false)
+                              .PaneBorder(false)
                               .Floatable(false)
                               .Movable(false)
                               .Resizable());

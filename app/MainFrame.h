@@ -30,6 +30,14 @@ class OmMainFrame : public wxFrame {
     bool PromptSaveSetup();
     bool PromptSaveData();
 
+    // The setup differs from what was last saved or loaded.
+    void MarkSetupModified();
+
+    // Data read from the flash. Between these two the view is empty and does not look at the
+    // returned image, which is filled; what it then holds is shown as read from the flash.
+    OmDataImage& BeginFlashData();
+    void ShowFlashData();
+
     void UpdateTitle();
     void UpdateDataCaption();
 

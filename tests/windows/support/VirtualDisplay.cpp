@@ -19,6 +19,9 @@ namespace {
 
 [[noreturn]] void BecomeServer(int reportTo) {
     prctl(PR_SET_PDEATHSIG, SIGKILL); // a crashed test must not leave its display behind
+    // Two servers that start at once try the same number; the loser says so and takes the next.
+    if (!std::freopen("/dev/null", "w", stderr))
+        _exit(127);
     const std::string descriptor = std::to_string(reportTo);
     execlp("Xvfb", "Xvfb", "-displayfd", descriptor.c_str(), "-screen", "0", "1280x1024x24",
            "-nolisten", "tcp", "-noreset", static_cast<char*>(nullptr));

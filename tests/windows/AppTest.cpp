@@ -1,0 +1,110 @@
+#include "app/App.h"
+#include "app/MainFrame.h"
+#include "flash/FlashProgrammer.h"
+#include "tests/support/TemporaryFolder.h"
+#include "tests/windows/support/UserActions.h"
+
+#include <gtest/gtest.h>
+#include <wx/config.h>
+#include <wx/filename.h>
+#include <wx/stdpaths.h>
+#include <wx/sysopt.h>
+
+namespace {
+
+// An application started inside the tests' own, which comes back at the end.
+class StartUp : public testing::Test {
+  protected:
+    StartUp() : outer_(wxApp::GetInstance()), previousStore_(wxConfigBase::Set(nullptr)) {
+        setenv("XDG_CONFIG_HOME", folder_.path.c_str(), 1);
+    }
+
+    ~StartUp() override {
+        Stop();
+        wxConfigBase::Set(previousStore_);
+    }
+
+    OmMainFrame& Start(std::vector<std::string> arguments) {
+        arguments.insert(arguments.begin(), "velflash");
+        std::vector<char*> pointers;
+        for (std::string& argument : arguments)
+            pointers.push_back(argument.data());
+        app_ = std::make_unique<OmApp>();
+        app_->argv.Init(static_cast<int>(pointers.size()), pointers.data());
+        app_->argc = static_cast<int>(pointers.size());
+        EXPECT_TRUE(app_->OnInit());
+        frame_ = dynamic_cast<OmMainFrame*>(app_->GetTopWindow());
+        return *frame_;
+    }
+
+    void Stop() {
+        if (!app_)
+            return;
+        delete frame_;
+        app_->OnExit();
+        app_.reset();
+        wxApp::SetInstance(outer_);
+        SettleEvents();
+    }
+
+    wxAppConsole* outer_;
+    TemporaryFolder folder_;
+    wxConfigBase* previousStore_;
+    std::unique_ptr<OmApp> app_;
+    OmMainFrame* frame_ = nullptr;
+};
+
+} // namespace
+
+TEST(App, BitmapsAreRemappedOnlyWithModernControlsAndDeepColours) {
+    EXPECT_EQ(ChooseBitmapRemapping(600, 32), 2);
+    EXPECT_EQ(ChooseBitmapRemapping(610, 32), 2);
+    EXPECT_EQ(ChooseBitmapRemapping(599, 32), 0);
+    EXPECT_EQ(ChooseBitmapRemapping(600, 24), 0);
+    EXPECT_EQ(ChooseBitmapRemapping(600, 16), 0);
+}
+
+TEST_F(StartUp, OpensAnEmptyWindowWithoutArguments) {
+    const OmMainFrame& frame = Start({});
+    EXPECT_TRUE(frame.IsShown());
+    EXPECT_EQ(frame.GetTitle(), "Untitled - Velmora Flash Programmer");
+    EXPECT_EQ(frame.GetSize(), wxSize(670, 680));
+    EXPECT_EQ(wxTheApp->GetAppName(), "Velmora Flash Programmer");
+    EXPECT_EQ(wxTheApp->GetVendorName(), "Velmora");
+    EXPECT_EQ(wxSystemOptions::GetOption("msw.notebook.themed-background"), "0");
+    EXPECT_NE(app_->GetHelpController(), nullptr);
+}
+
+TEST_F(StartUp, LoadsTheNamedFiles) {
+    const std::string data = folder_.Write("data.bin", "hello");
+    const std::string setup = folder_.Path("board.velflash");
+    Start({});
+    OmFlashProgrammer::GetInstance().SaveDesignSetup(setup);
+    Stop();
+    const OmMainFrame& frame = Start({setup, data});
+    EXPECT_EQ(frame.GetTitle(), "board - Velmora Flash Programmer");
+    EXPECT_EQ(frame.GetDataPath(), data);
+    EXPECT_EQ(frame.GetDataImage().GetByteCount(), 5u);
+}
+
+TEST_F(StartUp, GeometryComesBackInTheNextRun) {
+    OmMainFrame& frame = Start({});
+    frame.SetSize(30, 40, 800, 600);
+    ASSERT_TRUE(WaitFor([&] { return frame.GetRect() == wxRect(30, 40, 800, 600); }));
+    Stop();
+    Start({});
+    EXPECT_TRUE(WaitFor([&] { return frame_->GetRect() == wxRect(30, 40, 800, 600); }));
+}
+
+TEST_F(StartUp, SettingsLieInAPrivateFolderOfTheUser) {
+    const std::filesystem::path config = folder_.path / "made" / "config";
+    setenv("XDG_CONFIG_HOME", config.c_str(), 1);
+    Start({});
+    wxConfigBase::Get()->Write("/BsdlDirs", "$HOME/bsdl");
+    Stop();
+    const std::string file = (config / "Velmora Flash Programmer.conf").string();
+    EXPECT_NE(ReadWholeFile(file).find("BsdlDirs="), std::string::npos);
+    EXPECT_EQ(std::filesystem::status(config).permissions(), std::filesystem::perms::owner_all);
+    Start({});
+    EXPECT_EQ(wxConfigBase::Get()->Read("/BsdlDirs"), "$HOME/bsdl");
+}

@@ -1,0 +1,162 @@
+#include "app/CommandIds.h"
+#include "app/HexViewCtrl.h"
+#include "flash/FlashProgrammer.h"
+#include "tests/windows/MainWindow.h"
+
+#include <wx/uiaction.h>
+
+TEST_F(MainWindowTest, StartsUntitledAndEmpty) {
+    EXPECT_EQ(frame_->GetTitle(), "Untitled - Velmora Flash Programmer");
+    EXPECT_EQ(GetCaption(), " (no data loaded)");
+    EXPECT_EQ(frame_->GetHexView().GetLineCount(), 0u);
+    EXPECT_EQ(frame_->GetStatusBar(), nullptr);
+    EXPECT_TRUE(help_.book.EndsWith("/velflash")) << help_.book;
+    TakeScreenshot(*frame_, "main-empty");
+}
+
+TEST_F(MainWindowTest, TitleMarksAModifiedSetup) {
+    frame_->MarkSetupModified();
+    EXPECT_EQ(frame_->GetTitle(), "Untitled* - Velmora Flash Programmer");
+}
+
+TEST_F(MainWindowTest, DataFromTheFlashHasItsOwnCaption) {
+    ReadFromFlash(0x100, {1, 2, 3});
+    EXPECT_EQ(GetCaption(), " (data read from flash), 3 Bytes");
+    EXPECT_EQ(frame_->GetHexView().GetLineCount(), 1u);
+}
+
+TEST_F(MainWindowTest, ViewIsEmptyWhileTheFlashIsRead) {
+    ReadFromFlash(0, std::vector<uint8_t>(1000, 0xFF));
+    OmDataImage& image = frame_->BeginFlashData();
+    EXPECT_TRUE(image.IsEmpty());
+    image.SetBytes(0, std::vector<uint8_t>(100, 0xFF));
+    EXPECT_EQ(frame_->GetHexView().GetLineCount(), 0u);
+    EXPECT_EQ(GetCaption(), " (no data loaded)");
+    frame_->ShowFlashData();
+    EXPECT_EQ(frame_->GetHexView().GetLineCount(), 7u);
+}
+
+TEST_F(MainWindowTest, HexViewTakesTheFocusOnActivation) {
+    wxActivateEvent event(wxEVT_ACTIVATE, true);
+    frame_->ProcessWindowEvent(event);
+    EXPECT_TRUE(event.GetSkipped());
+    EXPECT_TRUE(WaitFor([this] { return frame_->GetHexView().HasFocus(); }));
+}
+
+TEST_F(MainWindowTest, HelpShowsTheWelcomeTopic) {
+    ChooseMenu(*frame_, wxID_HELP);
+    EXPECT_EQ(help_.topics, std::vector<wxString>{"welcome.htm"});
+}
+
+TEST_F(MainWindowTest, HelpTopicsGoNowhereAfterTheWindow) {
+    ShowHelpTopic("bsdl.htm");
+    CloseWindow();
+    ShowHelpTopic("bsdl.htm");
+    EXPECT_EQ(help_.topics, std::vector<wxString>{"bsdl.htm"});
+}
+
+TEST_F(MainWindowTest, ExitClosesAWindowWithNothingToSave) {
+    const wxWeakRef<OmMainFrame> frame(frame_);
+    ChooseMenu(*frame_, wxID_EXIT);
+    SettleEvents();
+    ASSERT_FALSE(frame);
+    frame_ = nullptr;
+}
+
+TEST_F(MainWindowTest, CancelAtTheSetupPromptKeepsTheWindowAndSkipsTheDataPrompt) {
+    frame_->MarkSetupModified();
+    ReadFromFlash(0, {1});
+    user_.Expect(L"Do you want to save current setup?", kSaveQuestionBox, OmAnswer::Cancel);
+    EXPECT_FALSE(frame_->Close());
+    ChooseMenu(*frame_, kIdGoToOffset); // the window is alive and takes commands
+}
+
+TEST_F(MainWindowTest, CancelAtTheDataPromptKeepsTheWindowEvenOnExit) {
+    frame_->MarkSetupModified();
+    ReadFromFlash(0, {1});
+    user_.Expect(L"Do you want to save current setup?", kSaveQuestionBox, OmAnswer::No);
+    user_.Expect(L"Do you want to save current data view contents?", kSaveQuestionBox,
+                 OmAnswer::Cancel);
+    const wxWeakRef<OmMainFrame> frame(frame_);
+    ChooseMenu(*frame_, wxID_EXIT);
+    SettleEvents();
+    EXPECT_TRUE(frame);
+}
+
+TEST_F(MainWindowTest, ClosesWhenBothPromptsAgree) {
+    frame_->MarkSetupModified();
+    ReadFromFlash(0, {1});
+    user_.Expect(L"Do you want to save current setup?", kSaveQuestionBox, OmAnswer::No);
+    user_.Expect(L"Do you want to save current data view contents?", kSaveQuestionBox,
+                 OmAnswer::No);
+    const wxWeakRef<OmMainFrame> frame(frame_);
+    EXPECT_TRUE(frame_->Close());
+    SettleEvents();
+    ASSERT_FALSE(frame);
+    frame_ = nullptr;
+}
+
+// A box that comes up during a command lets queued events through.
+class SecondCommandTest : public MainWindowTest, public OmUserInterface {
+  protected:
+    SecondCommandTest() : recorder_(SetUserInterface(this)) {}
+
+    ~SecondCommandTest() override { SetUserInterface(recorder_); }
+
+    OmAnswer ShowMessage(const std::wstring&, const std::wstring&, OmMessageStyle) override {
+        ++boxes_;
+        ChooseMenu(*frame_, wxID_OPEN);
+        closed_ = frame_->Close();
+        return OmAnswer::Cancel;
+    }
+
+    void BeginBusyCursor() override {}
+
+    void EndBusyCursor() override {}
+
+    OmUserInterface* recorder_;
+    int boxes_ = 0;
+    bool closed_ = true;
+};
+
+TEST_F(SecondCommandTest, NoSecondCommandStartsWhileOneRuns) {
+    frame_->MarkSetupModified();
+    ChooseMenu(*frame_, wxID_OPEN);
+    EXPECT_EQ(boxes_, 1);
+    EXPECT_FALSE(closed_);
+}
+
+TEST_F(SecondCommandTest, CloseWhileClosingAsksOnce) {
+    frame_->MarkSetupModified();
+    EXPECT_FALSE(frame_->Close());
+    EXPECT_EQ(boxes_, 1);
+}
+
+TEST_F(MainWindowTest, GeometryIsStoredAtTheEnd) {
+    frame_->SetSize(30, 40, 800, 600);
+    EXPECT_TRUE(WaitFor([this] { return frame_->GetRect() == wxRect(30, 40, 800, 600); }));
+    CloseWindow();
+    const wxConfigBase& store = *wxConfigBase::Get();
+    EXPECT_EQ(store.ReadLong("/x", 0), 30);
+    EXPECT_EQ(store.ReadLong("/y", 0), 40);
+    EXPECT_EQ(store.ReadLong("/w", 0), 800);
+    EXPECT_EQ(store.ReadLong("/h", 0), 600);
+    EXPECT_FALSE(store.ReadBool("/Maximized", true));
+}
+
+TEST_F(MainWindowTest, ConnectionSettingsAreStoredAtTheEnd) {
+    OmConnectionSettings& settings = OmFlashProgrammer::GetInstance().settings;
+    settings.lptFrequency = 12345;
+    CloseWindow();
+    settings.ResetToDefaults();
+    EXPECT_EQ(wxConfigBase::Get()->ReadLong("/ConnLptFreq", 0), 12345);
+}
+
+TEST_F(MainWindowTest, StorePathIsLeftAsItWas) {
+    CloseWindow();
+    wxConfigBase::Get()->SetPath("/Elsewhere");
+    OpenWindow();
+    EXPECT_EQ(wxConfigBase::Get()->GetPath(), "/Elsewhere");
+    CloseWindow();
+    EXPECT_EQ(wxConfigBase::Get()->GetPath(), "/Elsewhere");
+}
