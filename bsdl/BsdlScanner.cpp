@@ -5,11 +5,11 @@
 
 #include <cstdio>
 #include <cstdlib>
-#include <filesystem>
 #include <forward_list>
 #include <limits>
 #include <memory>
 #include <new>
+#include <sys/stat.h>
 #include <utility>
 
 namespace {
@@ -72,10 +72,11 @@ std::unique_ptr<OmScannerFrame> TakeTopFrame() {
     return taken;
 }
 
-// Some hosts open a folder like a file, and only reading it fails, which would be fatal.
+// Some hosts open a folder like a file, and only reading it fails, which would be fatal; opening a
+// pipe waits for a writer, which may never come.
 FileHandle OpenForReading(const char* path) {
-    std::error_code ignored; // whatever cannot be examined cannot be opened either
-    if (std::filesystem::is_directory(path, ignored))
+    struct stat status = {};
+    if (stat(path, &status) != 0 || !S_ISREG(status.st_mode))
         return nullptr;
     return FileHandle(std::fopen(path, "r"));
 }

@@ -1,0 +1,341 @@
+#include "bsdl/BsdlFinder.h"
+
+#include "bsdl/BsdlFinderThread.h"
+#include "tests/bsdl/BsdlSource.h"
+#include "tests/support/TemporaryFolder.h"
+
+#include <chrono>
+#include <condition_variable>
+#include <functional>
+#include <gtest/gtest.h>
+#include <mutex>
+#include <wx/init.h>
+
+namespace {
+
+struct Event {
+    wxEventType type;
+    std::string text;
+
+    bool operator==(const Event&) const = default;
+};
+
+std::ostream& operator<<(std::ostream& stream, const Event& event) {
+    const char* name = event.type == OM_EVT_BSDL_FILE    ? "file"
+                       : event.type == OM_EVT_BSDL_FOUND ? "found"
+                       : event.type == OM_EVT_BSDL_LOG   ? "log"
+                                                         : "done";
+    return stream << name << " '" << event.text << "'";
+}
+
+// Takes events as they are handed over, on the finder's thread.
+class Collector : public wxEvtHandler {
+  public:
+    void QueueEvent(wxEvent* event) override {
+        const std::unique_ptr<wxEvent> owned(event);
+        const Event taken = {event->GetEventType(),
+                             static_cast<wxCommandEvent&>(*event).GetString().utf8_string()};
+        const std::lock_guard lock(mutex_);
+        events_.push_back(taken);
+        changed_.notify_all();
+        if (onEvent)
+            onEvent(events_);
+    }
+
+    // All events, once `count` searches have ended.
+    std::vector<Event> WaitForDone(size_t count = 1) {
+        return Wait([count](const std::vector<Event>& events) {
+            return Count(events, OM_EVT_BSDL_DONE) >= count;
+        });
+    }
+
+    std::vector<Event> WaitForEvents(size_t count) {
+        return Wait([count](const std::vector<Event>& events) { return events.size() >= count; });
+    }
+
+    std::vector<Event> Events() {
+        const std::lock_guard lock(mutex_);
+        return events_;
+    }
+
+    static size_t Count(const std::vector<Event>& events, wxEventType type) {
+        return static_cast<size_t>(std::ranges::count(events, type, &Event::type));
+    }
+
+    // Called on the finder's thread with all events so far. Set before the search.
+    std::function<void(const std::vector<Event>&)> onEvent;
+
+  private:
+    template <typename Condition>
+    std::vector<Event> Wait(Condition condition) {
+        std::unique_lock lock(mutex_);
+        EXPECT_TRUE(
+            changed_.wait_for(lock, std::chrono::seconds(120), [&] { return condition(events_); }));
+        return events_;
+    }
+
+    std::mutex mutex_;
+    std::condition_variable changed_;
+    std::vector<Event> events_;
+};
+
+constexpr const char* kIdcode = "00000001001000110100000000101111";
+constexpr const char* kPattern = "XXXX0001001000110100000000101111"; // of the sample
+
+class BsdlFinder : public testing::Test {
+  protected:
+    BsdlFinder() { finder.SetIdcode(BitsFromText(kIdcode)); }
+
+    void SetUp() override { ASSERT_TRUE(toolkit.IsOk()); }
+
+    std::string Write(const std::string& name, const std::string& source = SampleSource()) {
+        return folder.Write(name, source);
+    }
+
+    std::string MakeFolder(const std::string& name) {
+        std::filesystem::create_directory(folder.path / name);
+        return folder.Path(name);
+    }
+
+    std::vector<Event> Search(const std::vector<std::string>& directories) {
+        finder.SetDirectories(directories);
+        finder.StartSearch();
+        return collector.WaitForDone();
+    }
+
+    std::vector<Event> Search() { return Search({folder.path.string()}); }
+
+    static Event Found(const std::string& path, const std::string& pattern = kPattern) {
+        return {OM_EVT_BSDL_FOUND, path + ";Chip;QFP_8;" + pattern};
+    }
+
+    wxInitializer toolkit;
+    TemporaryFolder folder;
+    Collector collector;
+    OmBsdlFinder finder{&collector};
+};
+
+// Functions, because the event types get their numbers at start-up.
+Event Completed() {
+    return {OM_EVT_BSDL_DONE, "completed"};
+}
+
+Event Canceled() {
+    return {OM_EVT_BSDL_DONE, "canceled"};
+}
+
+using Events = std::vector<Event>;
+
+} // namespace
+
+TEST_F(BsdlFinder, ReportsAFileThatFits) {
+    const std::string path = Write("chip.bsd");
+    EXPECT_EQ(Search(), (Events{{OM_EVT_BSDL_FILE, path}, Found(path), Completed()}));
+}
+
+TEST_F(BsdlFinder, NamesAllPinMappings) {
+    const std::string path =
+        Write("chip.bsd", ChangedSource("attribute TAP_SCAN_IN",
+                                        "constant BGA : PIN_MAP_STRING := \"TCK : A1\";"
+                                        "attribute TAP_SCAN_IN"));
+    EXPECT_EQ(Search()[1],
+              (Event{OM_EVT_BSDL_FOUND, path + ";Chip;BGA, QFP_8;" + std::string(kPattern)}));
+}
+
+TEST_F(BsdlFinder, SaysNothingOfAFileThatDoesNotFit) {
+    const std::string path = Write("chip.bsd");
+    finder.SetIdcode(BitsFromText("00000001001000110100000000101101"));
+    EXPECT_EQ(Search(), (Events{{OM_EVT_BSDL_FILE, path}, Completed()}));
+}
+
+TEST_F(BsdlFinder, SaysNothingOfAFileWithoutIdcodes) {
+    const std::string path = Write(
+        "chip.bsd", ChangedSource("attribute IDCODE_REGISTER", "attribute USERCODE_REGISTER"));
+    EXPECT_EQ(Search(), (Events{{OM_EVT_BSDL_FILE, path}, Completed()}));
+}
+
+TEST_F(BsdlFinder, AcceptsAnotherVersionOfTheChip) {
+    const std::string pattern = "01000001001000110100000000101111";
+    const std::string path = Write("chip.bsd", ChangedSource("\"XXXX\"", "\"0100\""));
+    EXPECT_EQ(Search(), (Events{{OM_EVT_BSDL_FILE, path}, Found(path, pattern), Completed()}));
+}
+
+TEST_F(BsdlFinder, LogsPatternsOfAnotherLength) {
+    const std::string path = Write("chip.bsd", ChangedSource("\"XXXX\"", "\"01, XXXX\""));
+    EXPECT_EQ(Search(),
+              (Events{{OM_EVT_BSDL_FILE, path},
+                      {OM_EVT_BSDL_LOG, "Error: (in '" + path +
+                                            "') semantic error\n"
+                                            "        : IDCODE_REGISTER pattern must have 32 bit "
+                                            "length\n"},
+                      Found(path),
+                      Completed()}));
+}
+
+TEST_F(BsdlFinder, LogsAFileThatDoesNotParseAndGoesOn) {
+    const std::string first = MakeFolder("1");
+    const std::string second = MakeFolder("2");
+    const std::string bad = Write("1/bad.bsd", "entity\n4");
+    const std::string good = Write("2/good.bsd");
+    EXPECT_EQ(Search({first, second}),
+              (Events{{OM_EVT_BSDL_FILE, bad},
+                      {OM_EVT_BSDL_LOG, "Error: (in '" + bad +
+                                            "' on line 2) syntax error\n"
+                                            "        : improper entity declaration; may be this "
+                                            "is not a BSDL file\n"},
+                      {OM_EVT_BSDL_FILE, good},
+                      Found(good),
+                      Completed()}));
+}
+
+TEST_F(BsdlFinder, ParsesFilesByTheirExtension) {
+    for (const char* name : {"a.bsd", "b.BSDL", "c.Bsm", ".bsd", ".hidden.bsd"})
+        Write(name);
+    for (const char* name : {"a.txt", "b.bsd.txt", "cbsd", "d.bsdx", "e.bs"})
+        Write(name);
+    const Events events = Search();
+    EXPECT_EQ(Collector::Count(events, OM_EVT_BSDL_FILE), 5u);
+    EXPECT_EQ(Collector::Count(events, OM_EVT_BSDL_FOUND), 5u);
+    EXPECT_EQ(events.size(), 11u);
+}
+
+TEST_F(BsdlFinder, SearchesFilesBeforeFoldersAndFoldersToAnyDepth) {
+    MakeFolder(".sub");
+    MakeFolder(".sub/deep");
+    const std::string top = Write("top.bsd");
+    const std::string sub = Write(".sub/sub.bsd");
+    const std::string deep = Write(".sub/deep/deep.bsd");
+    EXPECT_EQ(Search(), (Events{{OM_EVT_BSDL_FILE, top},
+                                Found(top),
+                                {OM_EVT_BSDL_FILE, sub},
+                                Found(sub),
+                                {OM_EVT_BSDL_FILE, deep},
+                                Found(deep),
+                                Completed()}));
+}
+
+TEST_F(BsdlFinder, SearchesDirectoriesInOrderEvenTwice) {
+    const std::string path = Write("chip.bsd");
+    const std::string directory = folder.path.string();
+    const Events events = Search({directory, directory});
+    EXPECT_EQ(events, (Events{{OM_EVT_BSDL_FILE, path},
+                              Found(path),
+                              {OM_EVT_BSDL_FILE, path},
+                              Found(path),
+                              Completed()}));
+}
+
+TEST_F(BsdlFinder, LinksThatLeadBackAreNotFollowedForEver) {
+    MakeFolder("sub");
+    Write("sub/chip.bsd");
+    for (const char* link : {"sub/one", "sub/two", "three"})
+        std::filesystem::create_directory_symlink(folder.path, folder.path / link);
+    EXPECT_EQ(Collector::Count(Search(), OM_EVT_BSDL_FILE), 1u);
+}
+
+TEST_F(BsdlFinder, LogsADirectoryThatCannotBeOpened) {
+    const std::string missing = folder.Path("missing");
+    const std::string path = Write("chip.bsd");
+    EXPECT_EQ(Search({missing, folder.path.string()}),
+              (Events{{OM_EVT_BSDL_LOG, "Cannot open directory '" + missing + "'\n"},
+                      {OM_EVT_BSDL_FILE, path},
+                      Found(path),
+                      Completed()}));
+}
+
+TEST_F(BsdlFinder, LogsAFolderThatVanishesDuringTheSearch) {
+    const std::string sub = MakeFolder("sub");
+    const std::string path = Write("chip.bsd");
+    collector.onEvent = [&sub](const Events&) { std::filesystem::remove(sub); };
+    EXPECT_EQ(Search(), (Events{{OM_EVT_BSDL_FILE, path},
+                                Found(path),
+                                {OM_EVT_BSDL_LOG, "Cannot open directory '" + sub + "'\n"},
+                                Completed()}));
+}
+
+TEST_F(BsdlFinder, WithNothingToSearchCompletesAtOnce) {
+    EXPECT_EQ(Search({}), Events{Completed()});
+}
+
+TEST_F(BsdlFinder, CancelTakesEffectAtTheNextFile) {
+    const std::string first = MakeFolder("1");
+    const std::string second = MakeFolder("2");
+    const std::string path = Write("1/chip.bsd");
+    Write("2/chip.bsd");
+    collector.onEvent = [](const Events&) { OmBsdlSearchFlags::Cancel(); };
+    EXPECT_EQ(Search({first, second}), (Events{{OM_EVT_BSDL_FILE, path}, Found(path), Canceled()}));
+}
+
+TEST_F(BsdlFinder, NothingComesAfterACancelHasReturned) {
+    for (int number = 0; number < 60; ++number)
+        Write(std::to_string(number) + ".bsd");
+    finder.SetDirectories({folder.path.string()});
+    size_t before = 0;
+    for (size_t wait = 0; wait < 20; ++wait) {
+        finder.StartSearch();
+        collector.WaitForEvents(before + wait);
+        finder.CancelSearch();
+        const Events events = collector.Events();
+        ASSERT_FALSE(events.empty());
+        EXPECT_EQ(events.back(), Canceled()) << wait;
+        EXPECT_EQ(Collector::Count(events, OM_EVT_BSDL_DONE), wait + 1);
+        wxMilliSleep(2);
+        EXPECT_EQ(collector.Events().size(), events.size());
+        before = events.size();
+    }
+}
+
+TEST_F(BsdlFinder, CancelWithoutASearchReturnsAtOnce) {
+    finder.CancelSearch();
+    finder.CancelSearch();
+    EXPECT_TRUE(collector.Events().empty());
+    EXPECT_EQ(Search({}), Events{Completed()});
+}
+
+TEST_F(BsdlFinder, NewSearchEndsTheOneBefore) {
+    for (int number = 0; number < 200; ++number)
+        Write(std::to_string(number) + ".bsd");
+    finder.SetDirectories({folder.path.string()});
+    finder.StartSearch();
+    collector.WaitForEvents(5);
+    finder.SetDirectories({});
+    finder.StartSearch();
+    const Events events = collector.WaitForDone(2);
+    ASSERT_GE(events.size(), 7u);
+    EXPECT_EQ(events[events.size() - 2], Canceled());
+    EXPECT_EQ(events.back(), Completed());
+}
+
+TEST_F(BsdlFinder, DestructorEndsTheSearch) {
+    for (int number = 0; number < 200; ++number)
+        Write(std::to_string(number) + ".bsd");
+    {
+        OmBsdlFinder shortLived(&collector);
+        shortLived.SetIdcode(BitsFromText(kIdcode));
+        shortLived.SetDirectories({folder.path.string()});
+        shortLived.StartSearch();
+        collector.WaitForEvents(3);
+    }
+    EXPECT_EQ(collector.Events().back(), Canceled());
+}
+
+TEST_F(BsdlFinder, WorksThroughThousandsOfFiles) {
+    const std::string other = ChangedSource("\"1\";", "\"0\";");
+    for (int number = 0; number < 2000; ++number)
+        Write(std::to_string(number) + ".bsd", number % 100 == 7 ? SampleSource() : other);
+    const Events events = Search();
+    EXPECT_EQ(Collector::Count(events, OM_EVT_BSDL_FILE), 2000u);
+    EXPECT_EQ(Collector::Count(events, OM_EVT_BSDL_FOUND), 20u);
+    EXPECT_EQ(Collector::Count(events, OM_EVT_BSDL_LOG), 0u);
+    EXPECT_EQ(events.back(), Completed());
+}
+
+TEST_F(BsdlFinder, LogOfTheThreadBecomesEvents) {
+    OmLogString log(&collector);
+    wxLog* const previous = wxLog::SetActiveTarget(&log);
+    wxLogError("disk on fire");
+    wxLogMessage("carry on");
+    wxLog::SetActiveTarget(previous);
+    EXPECT_EQ(collector.Events(), (Events{{OM_EVT_BSDL_LOG, "Error: disk on fire\n"},
+                                          {OM_EVT_BSDL_LOG, "carry on\n"}}));
+}
