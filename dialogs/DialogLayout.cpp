@@ -1,0 +1,140 @@
+#include "dialogs/DialogLayout.h"
+
+#include "platform/UserInterface.h"
+
+#include <initializer_list>
+#include <wx/button.h>
+#include <wx/hyperlink.h>
+#include <wx/settings.h>
+#include <wx/statbox.h>
+#include <wx/stattext.h>
+#include <wx/textctrl.h>
+
+namespace {
+
+constexpr unsigned kBoxCharacters = 12;
+
+int Gap() {
+    return wxSizerFlags::GetDefaultBorder();
+}
+
+wxTextCtrl* MakeBox(wxWindow* parent) {
+    auto* box = new wxTextCtrl(parent, wxID_ANY);
+    const int width = MeasureText(*box, kBoxCharacters, 1).x;
+    box->SetMinSize(wxSize(box->GetSizeFromTextSize(width).x, -1));
+    return box;
+}
+
+} // namespace
+
+bool RefuseInput(wxWindow& control, const wxString& text) {
+    ShowMessage(text.ToStdWstring(), kWarningBox);
+    control.SetFocus();
+    return false;
+}
+
+void OmTextRow::Enable(bool enable) const {
+    for (wxWindow* part : std::initializer_list<wxWindow*>{label, box, unit})
+        if (part)
+            part->Enable(enable);
+}
+
+std::wstring OmTextRow::GetText() const {
+    return box->GetValue().ToStdWstring();
+}
+
+wxStaticBoxSizer* AddGroup(wxWindow* parent, wxSizer* column, const wxString& title) {
+    auto* group = new wxStaticBoxSizer(wxVERTICAL, parent, title);
+    column->Add(group, RowFlags(1));
+    return group;
+}
+
+wxFlexGridSizer* MakeTextRows() {
+    constexpr int kColumns = 3;
+    return new wxFlexGridSizer(kColumns, wxSize(Gap(), Gap()));
+}
+
+OmTextRow AddTextRow(wxWindow* parent, wxFlexGridSizer* rows, const wxString& label,
+                     const wxString& unit) {
+    OmTextRow row;
+    row.label = new wxStaticText(parent, wxID_ANY, label);
+    row.box = MakeBox(parent);
+    row.unit = new wxStaticText(parent, wxID_ANY, unit);
+    for (wxWindow* part : std::initializer_list<wxWindow*>{row.label, row.box, row.unit})
+        rows->Add(part, wxSizerFlags().CentreVertical());
+    return row;
+}
+
+OmTextRow AddIndentedBox(wxWindow* parent, wxSizer* column, const wxString& unit) {
+    OmTextRow row;
+    row.box = MakeBox(parent);
+    row.unit = new wxStaticText(parent, wxID_ANY, unit);
+    auto* line = new wxBoxSizer(wxHORIZONTAL);
+    line->Add(row.box, wxSizerFlags().CentreVertical());
+    line->Add(row.unit, wxSizerFlags().CentreVertical().Border(wxLEFT));
+    AddIndented(column, line);
+    return row;
+}
+
+wxTextCtrl* MakeReadOnlyLine(wxWindow* parent, unsigned characters) {
+    auto* line = new wxTextCtrl(parent, wxID_ANY, "", wxDefaultPosition, wxDefaultSize,
+                                wxTE_READONLY | wxBORDER_NONE);
+    line->SetBackgroundColour(parent->GetBackgroundColour());
+    const int width = MeasureText(*line, characters, 1).x;
+    line->SetMinSize(wxSize(line->GetSizeFromTextSize(width).x, -1));
+    return line;
+}
+
+wxHyperlinkCtrl* MakeLink(wxWindow* parent, const wxString& label, std::function<void()> action) {
+    auto* link = new wxHyperlinkCtrl(parent, wxID_ANY, label, label, wxDefaultPosition,
+                                     wxDefaultSize, wxBORDER_NONE | wxHL_ALIGN_LEFT);
+    link->SetVisitedColour(link->GetNormalColour());
+    // Not skipped: the toolkit would take the label for an address and open a browser.
+    link->Bind(wxEVT_HYPERLINK, [run = std::move(action)](wxHyperlinkEvent&) { run(); });
+    return link;
+}
+
+void UseFixedPitch(wxWindow& window) {
+    window.SetFont(wxFontInfo(window.GetFont().GetPointSize()).FaceName("Courier New"));
+}
+
+wxSize MeasureText(const wxWindow& window, unsigned columns, unsigned lines) {
+    const wxSize character = window.GetTextExtent("0");
+    return {static_cast<int>(columns) * character.x, static_cast<int>(lines) * character.y};
+}
+
+wxSizer* MakeOkCancelRow(wxWindow* parent, const wxString& okLabel, const wxString& cancelLabel) {
+    auto* ok = new wxButton(parent, wxID_OK, okLabel);
+    ok->SetDefault();
+    auto* row = new wxStdDialogButtonSizer;
+    row->AddButton(ok);
+    row->AddButton(new wxButton(parent, wxID_CANCEL, cancelLabel));
+    row->Realize();
+    return row;
+}
+
+void LayOutDialog(wxDialog* dialog, wxSizer* content, wxSizer* buttons) {
+    auto* column = new wxBoxSizer(wxVERTICAL);
+    column->Add(content, wxSizerFlags(1).Expand().Border(wxALL));
+    column->Add(buttons, wxSizerFlags().Expand().Border(wxBOTTOM));
+    dialog->SetSizerAndFit(column);
+    dialog->CentreOnParent();
+}
+
+wxSizerFlags RowFlags(int proportion) {
+    return wxSizerFlags(proportion).Expand().Border(wxALL);
+}
+
+void AddIndented(wxSizer* column, wxSizer* row) {
+    constexpr int kIndent = 5;
+    auto* line = new wxBoxSizer(wxHORIZONTAL);
+    line->AddSpacer(kIndent * Gap());
+    line->Add(row, wxSizerFlags(1).CentreVertical());
+    column->Add(line, wxSizerFlags().Expand().Border(wxRIGHT | wxBOTTOM));
+}
+
+void AddIndented(wxSizer* column, wxWindow* row) {
+    auto* line = new wxBoxSizer(wxHORIZONTAL);
+    line->Add(row, wxSizerFlags(1));
+    AddIndented(column, line);
+}

@@ -1,0 +1,134 @@
+#include "tests/dialogs/DialogActions.h"
+
+#include <gtest/gtest.h>
+#include <map>
+#include <wx/hyperlink.h>
+#include <wx/wx.h>
+
+namespace {
+
+template <typename Control>
+Control& Find(wxWindow& dialog, const wxString& label) {
+    auto* control = dynamic_cast<Control*>(FindByLabel(dialog, label));
+    if (!control)
+        throw std::runtime_error("no such control: " + label.ToStdString());
+    EXPECT_TRUE(control->IsShownOnScreen()) << label.ToStdString() << " is not shown";
+    return *control;
+}
+
+void ExpectUsable(const wxWindow& window, const wxString& label) {
+    EXPECT_TRUE(window.IsThisEnabled()) << label.ToStdString() << " is disabled";
+}
+
+void SendCommand(wxWindow& window, wxEventType type, int value) {
+    wxCommandEvent event(type, window.GetId());
+    event.SetEventObject(&window);
+    event.SetInt(value);
+    window.GetEventHandler()->ProcessEvent(event);
+}
+
+// The letter that Alt reaches the control by; 0 if there is none.
+wxChar GetMnemonic(const wxString& label) {
+    wxString rest = label;
+    rest.Replace("&&", "");
+    const int mark = rest.Find('&');
+    return mark == wxNOT_FOUND ? wxChar(0) : wxChar(wxTolower(rest[mark + 1]));
+}
+
+void ExpectUniqueMnemonics(wxWindow& dialog) {
+    std::map<wxChar, std::string> owners;
+    ForEachDescendant(dialog, [&](wxWindow& window) {
+        const wxString label = window.GetLabel();
+        const bool hasMnemonic = !dynamic_cast<wxTextCtrl*>(&window) && window.IsShownOnScreen();
+        const wxChar mnemonic = hasMnemonic ? GetMnemonic(label) : wxChar(0);
+        if (mnemonic == 0)
+            return;
+        EXPECT_EQ(owners.count(mnemonic), 0u)
+            << "\"" << label.ToStdString() << "\" and \"" << owners[mnemonic] << "\"";
+        owners[mnemonic] = label.ToStdString();
+    });
+}
+
+void ExpectRoom(wxWindow& window) {
+    const wxSize best = window.GetBestSize();
+    const wxSize size = window.GetSize();
+    EXPECT_GE(size.x, best.x) << window.GetLabel().ToStdString() << " is clipped";
+    EXPECT_GE(size.y, best.y) << window.GetLabel().ToStdString() << " is clipped";
+}
+
+bool ShowsWholeLabel(wxWindow& window) {
+    return dynamic_cast<wxStaticText*>(&window) || dynamic_cast<wxAnyButton*>(&window) ||
+           dynamic_cast<wxCheckBox*>(&window) || dynamic_cast<wxRadioButton*>(&window);
+}
+
+} // namespace
+
+wxTextCtrl& BoxBehind(wxWindow& dialog, const wxString& label) {
+    bool passed = false;
+    wxTextCtrl* box = nullptr;
+    ForEachDescendant(dialog, [&](wxWindow& window) {
+        auto* candidate = dynamic_cast<wxTextCtrl*>(&window);
+        if (candidate && passed && !box)
+            box = candidate;
+        passed |= !candidate && window.GetLabel() == label;
+    });
+    if (!box)
+        throw std::runtime_error("no text box behind: " + label.ToStdString());
+    return *box;
+}
+
+void Type(wxWindow& dialog, const wxString& label, const wxString& text) {
+    wxTextCtrl& box = BoxBehind(dialog, label);
+    ExpectUsable(box, label);
+    box.SetValue(text);
+}
+
+std::string TextBehind(wxWindow& dialog, const wxString& label) {
+    return BoxBehind(dialog, label).GetValue().ToStdString();
+}
+
+wxCheckBox& CheckBox(wxWindow& dialog, const wxString& label) {
+    return Find<wxCheckBox>(dialog, label);
+}
+
+wxRadioButton& Radio(wxWindow& dialog, const wxString& label) {
+    return Find<wxRadioButton>(dialog, label);
+}
+
+void ClickCheck(wxWindow& dialog, const wxString& label) {
+    wxCheckBox& check = CheckBox(dialog, label);
+    ExpectUsable(check, label);
+    check.SetValue(!check.GetValue());
+    SendCommand(check, wxEVT_CHECKBOX, check.GetValue());
+}
+
+void ClickRadio(wxWindow& dialog, const wxString& label) {
+    wxRadioButton& radio = Radio(dialog, label);
+    ExpectUsable(radio, label);
+    radio.SetValue(true);
+    SendCommand(radio, wxEVT_RADIOBUTTON, 1);
+}
+
+void ClickLink(wxWindow& dialog, const wxString& label) {
+    auto& link = Find<wxHyperlinkCtrl>(dialog, label);
+    ExpectUsable(link, label);
+    wxHyperlinkEvent event(&link, link.GetId(), link.GetURL());
+    EXPECT_TRUE(link.GetEventHandler()->ProcessEvent(event)) << "the link would open a browser";
+}
+
+void SelectRow(wxListBox& list, int row) {
+    list.SetSelection(row);
+    SendCommand(list, wxEVT_LISTBOX, row);
+}
+
+bool IsEnabled(wxWindow& dialog, const wxString& label) {
+    return Find<wxControl>(dialog, label).IsThisEnabled();
+}
+
+void ExpectGoodLayout(wxWindow& dialog) {
+    ExpectUniqueMnemonics(dialog);
+    ForEachDescendant(dialog, [](wxWindow& window) {
+        if (window.IsShownOnScreen() && ShowsWholeLabel(window))
+            ExpectRoom(window);
+    });
+}

@@ -1,0 +1,41 @@
+// What a user does in a dialog, with controls named by the labels that the user sees. Each action
+// first checks that the user could do it at all.
+#pragma once
+
+#include "tests/windows/support/UserActions.h"
+
+#include <string>
+#include <wx/string.h>
+
+class wxCheckBox;
+class wxListBox;
+class wxRadioButton;
+class wxTextCtrl;
+class wxWindow;
+
+// The first text box behind the control with this label; fails the test if there is none.
+wxTextCtrl& BoxBehind(wxWindow& dialog, const wxString& label);
+
+// Types into the first text box behind the control with this label.
+void Type(wxWindow& dialog, const wxString& label, const wxString& text);
+
+std::string TextBehind(wxWindow& dialog, const wxString& label);
+
+wxCheckBox& CheckBox(wxWindow& dialog, const wxString& label);
+wxRadioButton& Radio(wxWindow& dialog, const wxString& label);
+
+// A click on a check box or a radio button.
+void ClickCheck(wxWindow& dialog, const wxString& label);
+void ClickRadio(wxWindow& dialog, const wxString& label);
+
+// A click on a link.
+void ClickLink(wxWindow& dialog, const wxString& label);
+
+// Selects a row as a click does; wxNOT_FOUND takes the selection away.
+void SelectRow(wxListBox& list, int row);
+
+bool IsEnabled(wxWindow& dialog, const wxString& label);
+
+// Every label of the dialog has room for all that it shows, and no two controls answer to the
+// same mnemonic.
+void ExpectGoodLayout(wxWindow& dialog);
