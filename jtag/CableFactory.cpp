@@ -1,5 +1,6 @@
 #include "jtag/CableFactory.h"
 
+#include "jtag/DigilentAdept.h"
 #include "jtag/Ftd2xx.h"
 #include "jtag/Log.h"
 #include "jtag/UsbBlaster.h"
@@ -25,6 +26,10 @@ std::unique_ptr<OmCable> Open(Arguments&&... arguments) {
     return cable;
 }
 
+std::unique_ptr<OmCable> OpenDigilent(OmConnectionSettings& settings) {
+    return Open<OmDigilentAdept>(settings.digilentId);
+}
+
 std::unique_ptr<OmCable> OpenFtd2xx(OmConnectionSettings& settings) {
     return Open<OmFtd2xx>(settings.ftd2xxDescription, settings.ftd2xxSerial,
                           static_cast<uint32_t>(settings.ftd2xxFrequency),
@@ -43,7 +48,7 @@ constexpr CableRow kCables[kCableTypeCount] = {
     {L"Lattice Parallel ispDownload", L"LATTICE_PARALLEL_ISPDOWNLOAD", nullptr},
     {L"Wiggler", L"WIGGLER", nullptr},
     {L"Embest EasyICE", L"WIGGLER", nullptr}, // a Wiggler's pinout
-    {L"Digilent JTAG-USB", L"DIGILENT_ADEPT", nullptr},
+    {L"Digilent JTAG-USB", L"DIGILENT_ADEPT", OpenDigilent},
     {L"Generic FTDI FT2232", L"FTD2XX", OpenFtd2xx},
     {L"Segger J-Link", L"JLINK_USB", nullptr},
     {L"Segger J-Link via TCP/IP server", L"JLINK_IP", nullptr},

@@ -4,6 +4,7 @@
 #include "jtag/CableErrors.h"
 #include "jtag/Ftd2xx.h"
 #include "jtag/MpsseProgram.h"
+#include "jtag/ScanLists.h"
 
 #include <algorithm>
 

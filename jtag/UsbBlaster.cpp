@@ -1,8 +1,8 @@
 #include "jtag/UsbBlaster.h"
 
-#include "jtag/CableErrors.h"
 #include "jtag/Exception.h"
 #include "jtag/Log.h"
+#include "jtag/ScanLists.h"
 #include "jtag/UsbBlasterProgram.h"
 
 namespace {

@@ -1,0 +1,114 @@
+#include "jtag/DigilentAdept.h"
+
+#include "jtag/Log.h"
+#include "platform/Text.h"
+
+#include <algorithm>
+#include <array>
+
+OmDigilentAdept::OmDigilentAdept() {
+    OmLog(L"Creating OmDigilentAdept\n");
+}
+
+OmDigilentAdept::~OmDigilentAdept() {
+    OmLog(L"Destroying OmDigilentAdept\n");
+    Close();
+    if (library_.IsLoaded())
+        functions_.Term();
+}
+
+bool OmDigilentAdept::Load() {
+    OmLog(L"Loading dpcutil.dll ...  ");
+    if (library_.IsLoaded()) {
+        OmLog(L"OK (already loaded)\n");
+        return true;
+    }
+    if (!library_.Load("dpcutil.dll")) {
+        OmLog(L"*** FAILED *** (LoadLibrary() failed)\n");
+        return false;
+    }
+    if (!LoadFunctions()) {
+        OmLog(L"** FAILED *** (not all required exported functions were resolved)\n");
+        return false;
+    }
+    OmLog(L"OK\n");
+    return true;
+}
+
+bool OmDigilentAdept::LoadFunctions() {
+    const OmEntryPoint table[] = {
+        MakeEntryPoint("DpcInit", functions_.Init),
+        MakeEntryPoint("DpcTerm", functions_.Term),
+        MakeEntryPoint("DvmgStartConfigureDevices", functions_.StartConfigureDevices),
+        MakeEntryPoint("DvmgGetDevCount", functions_.GetDevCount),
+        MakeEntryPoint("DvmgGetDevName", functions_.GetDevName),
+        MakeEntryPoint("DpcOpenJtag", functions_.OpenJtag),
+        MakeEntryPoint("DpcCloseJtag", functions_.CloseJtag),
+        MakeEntryPoint("DpcEnableJtag", functions_.EnableJtag),
+        MakeEntryPoint("DpcDisableJtag", functions_.DisableJtag),
+        MakeEntryPoint("DpcPutTdiBits", functions_.PutTdiBits),
+        MakeEntryPoint("DpcPutTmsTdiBits", functions_.PutTmsTdiBits),
+    };
+    if (!library_.Resolve(table))
+        return false;
+    ErrorCode error = 0;
+    if (functions_.Init(&error))
+        return true;
+    library_.Free();
+    return false;
+}
+
+int32_t OmDigilentAdept::ConfigureDevices(void* parent) {
+    ErrorCode error = 0;
+    functions_.StartConfigureDevices(parent, &error);
+    return error;
+}
+
+int OmDigilentAdept::GetDeviceCount() {
+    ErrorCode error = 0;
+    const int count = functions_.GetDevCount(&error);
+    OmLog(L"Found %d DigilentAdept device(s)\n", count);
+    return std::max(count, 0);
+}
+
+bool OmDigilentAdept::GetDeviceName(int index, std::string& name) {
+    std::array<char, 1024> buffer{}; // the library writes far less
+    ErrorCode error = 0;
+    if (!functions_.GetDevName(index, buffer.data(), &error))
+        return false;
+    buffer.back() = '\0';
+    name = buffer.data();
+    return true;
+}
+
+bool OmDigilentAdept::Initialize(const std::string& name) {
+    OmLog(L"Initializing OmDigilentAdept ('%ls')\n", FromLocal(name).c_str());
+    if (!Load())
+        return false;
+    Close();
+    ErrorCode error = 0;
+    std::string writable = name; // the library's parameter is not const
+    if (!functions_.OpenJtag(&hif_, writable.data(), &error, nullptr)) {
+        OmLog(L"*** FAILED *** (DpcOpenJtag() failed)\n");
+        hif_ = 0;
+        return false;
+    }
+    if (!functions_.EnableJtag(hif_, &error, nullptr)) {
+        OmLog(L"*** FAILED *** (DpcEnableJtag() failed)\n");
+        functions_.CloseJtag(hif_, &error);
+        hif_ = 0;
+        return false;
+    }
+    OmLog(L"Initializing succeeded\n");
+    return true;
+}
+
+// An interface that will not close is gone for us all the same.
+void OmDigilentAdept::Close() {
+    if (hif_ == 0)
+        return;
+    ErrorCode error = 0;
+    functions_.DisableJtag(hif_, &error);
+    functions_.CloseJtag(hif_, &error);
+    hif_ = 0;
+}

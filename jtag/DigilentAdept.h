@@ -1,0 +1,81 @@
+// Digilent JTAG-USB adapters through the vendor's library, which shifts arrays of TMS and TDI pairs
+// and gives back packed TDO bits.
+#pragma once
+
+#include "jtag/Cable.h"
+#include "jtag/TmsTdiPairs.h"
+#include "jtag/VendorLibrary.h"
+
+#include <cstdint>
+#include <span>
+#include <string>
+#include <vector>
+
+class OmDigilentAdept : public OmCable, public OmJtagHAL {
+  public:
+    OmDigilentAdept();
+    ~OmDigilentAdept() override;
+    OmDigilentAdept(const OmDigilentAdept&) = delete;
+    OmDigilentAdept& operator=(const OmDigilentAdept&) = delete;
+
+    // Loads the vendor's library and starts its use. Needed before the three operations behind it
+    // only.
+    bool Load();
+
+    // Opens the vendor's window for configuring devices over `parent`, a native window handle.
+    // Returns the vendor's error code, 0 for success.
+    int32_t ConfigureDevices(void* parent);
+    // How many devices are configured there; 0 on failure.
+    int GetDeviceCount();
+    // False if there is no device of that index.
+    bool GetDeviceName(int index, std::string& name);
+
+    // Opens the device configured under `name`. False, with the reason in the log, on failure.
+    bool Initialize(const std::string& name);
+
+    const char* GetDriverName() override { return ""; }
+
+    OmJtagHAL* GetJtagHAL() override { return this; }
+
+    void ResetTap() override;
+    void ScanVectors(const OmScanList& vectors, OmCapturedList* captured) override;
+    // `out` may be null: then TDO is not read.
+    void ScanDR(const OmBitVector& in, OmBitVector* out, int from, int to) override;
+    void ScanIR(const OmBitVector& in, OmBitVector* out, int from, int to) override;
+
+    uint32_t GetFrequency() override { return 1400000; } // fixed by the hardware
+
+    void GetVectorsPerTransfer(uint32_t bits, float* reading, float* blind, float* status) override;
+
+  private:
+    // Handles and booleans as wide as any of the vendor's may be: it writes a handle through a
+    // pointer, and only the low byte of a boolean result is looked at.
+    using Handle = uintptr_t;
+    using Result = uint8_t;
+    using ErrorCode = int32_t;
+
+    struct Functions {
+        Result(OM_VENDOR_CALL* Init)(ErrorCode*) = nullptr;
+        void(OM_VENDOR_CALL* Term)() = nullptr;
+        void(OM_VENDOR_CALL* StartConfigureDevices)(void* parent, ErrorCode*) = nullptr;
+        int(OM_VENDOR_CALL* GetDevCount)(ErrorCode*) = nullptr;
+        Result(OM_VENDOR_CALL* GetDevName)(int index, char* name, ErrorCode*) = nullptr;
+        Result(OM_VENDOR_CALL* OpenJtag)(Handle*, char* name, ErrorCode*, void*) = nullptr;
+        Result(OM_VENDOR_CALL* CloseJtag)(Handle, ErrorCode*) = nullptr;
+        Result(OM_VENDOR_CALL* EnableJtag)(Handle, ErrorCode*, void*) = nullptr;
+        Result(OM_VENDOR_CALL* DisableJtag)(Handle, ErrorCode*) = nullptr;
+        Result(OM_VENDOR_CALL* PutTdiBits)(Handle, int bits, uint8_t* tdi, int tms, int getTdo,
+                                           uint8_t* tdo, ErrorCode*, void*) = nullptr;
+        Result(OM_VENDOR_CALL* PutTmsTdiBits)(Handle, int pairs, uint8_t* bytes, int getTdo,
+                                              uint8_t* tdo, ErrorCode*, void*) = nullptr;
+    };
+
+    bool LoadFunctions();
+    void Close();
+    void PutPairs(const OmTmsTdiPairs& pairs, std::vector<uint8_t>* tdo);
+    void ScanBatch(std::span<const OmScanVector> vectors, OmCapturedList* captured);
+
+    OmVendorLibrary library_;
+    Functions functions_;
+    Handle hif_ = 0; // the open JTAG interface, 0 when closed
+};

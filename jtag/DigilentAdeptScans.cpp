@@ -1,0 +1,147 @@
+// The scans of the Digilent cable.
+
+#include "jtag/BitPacking.h"
+#include "jtag/CableErrors.h"
+#include "jtag/DigilentAdept.h"
+#include "jtag/ScanLists.h"
+
+#include <climits>
+
+namespace {
+
+// Payload that one USB transfer is reckoned with when batches are sized.
+constexpr float kTransferBytes = 1014.0F;
+
+// Kept between calls for their storage; process-wide, since there is only ever one cable, and one
+// scan at a time.
+OmTmsTdiPairs drPairs;
+OmTmsTdiPairs batchPairs;
+std::vector<uint8_t> drTdo;
+std::vector<uint8_t> batchTdo;
+std::vector<uint8_t> irTdi;
+std::vector<uint8_t> irTdo;
+
+// The library counts in int.
+int LibraryCount(size_t count) {
+    if (count > INT_MAX)
+        ThrowScanTooLong();
+    return static_cast<int>(count);
+}
+
+// The library samples TDO behind each clock, so that the first bit out goes with the clock that
+// enters the Shift state, one clock ahead of the first bit in.
+void AppendScan(OmTmsTdiPairs& pairs, const OmBitVector& in, int to) {
+    pairs.Put(false, true);
+    pairs.PutBits(in);
+    pairs.PutPath(GetPathFromExit1(to));
+}
+
+// The bits of one scan for a call that clocks the entry into the Shift state as well: TDI is high
+// then, and every element follows one clock late. The last element is left for the clock into
+// Exit1.
+void PackOneClockLate(const OmBitVector& in, std::vector<uint8_t>& tdi) {
+    OmBitVector late{1};
+    late.insert(late.end(), in.begin(), in.end() - 1);
+    tdi.resize(PackedSize(late.size()));
+    PackBits(late, tdi.data());
+}
+
+} // namespace
+
+// Gets TDO if `tdo` is not null.
+void OmDigilentAdept::PutPairs(const OmTmsTdiPairs& pairs, std::vector<uint8_t>* tdo) {
+    const int count = LibraryCount(pairs.Count());
+    if (tdo)
+        tdo->assign(pairs.Count() / 8 + 1, 0);
+    auto* bytes =
+        const_cast<uint8_t*>(pairs.Bytes().data()); // the library's parameter is not const
+    ErrorCode error = 0;
+    if (!functions_.PutTmsTdiBits(hif_, count, bytes, tdo ? 1 : 0, tdo ? tdo->data() : nullptr,
+                                  &error, nullptr))
+        ThrowConnectionError();
+}
+
+void OmDigilentAdept::ResetTap() {
+    uint8_t bytes[] = {0xFF, 0xF7}; // TMS 1 five times, then 0, with TDI high
+    ErrorCode error = 0;
+    if (!functions_.PutTmsTdiBits(hif_, static_cast<int>(kTapResetPath.clocks), bytes, 0, nullptr,
+                                  &error, nullptr))
+        ThrowConnectionError();
+}
+
+void OmDigilentAdept::ScanDR(const OmBitVector& in, OmBitVector* out, int from, int to) {
+    RequireBits(in);
+    if (out)
+        out->clear();
+    drPairs.Restart(in.size() + 6);
+    drPairs.PutPath(GetPathToShift(OmScanRegister::Data, from).WithoutLast());
+    const size_t start = drPairs.Count();
+    AppendScan(drPairs, in, to);
+    PutPairs(drPairs, out ? &drTdo : nullptr);
+    if (!out)
+        return;
+    out->resize(in.size());
+    UnpackBits(drTdo.data(), start, *out);
+}
+
+// Three calls, so that the bulk goes by the library's form for TDI alone.
+void OmDigilentAdept::ScanIR(const OmBitVector& in, OmBitVector* out, int from, int to) {
+    RequireBits(in);
+    out->clear();
+    OmTmsTdiPairs ends;
+    ends.PutPath(GetPathToShift(OmScanRegister::Instruction, from).WithoutLast());
+    PutPairs(ends, nullptr);
+
+    PackOneClockLate(in, irTdi);
+    irTdo.assign(in.size() / 8 + 1, 0);
+    ErrorCode error = 0;
+    if (!functions_.PutTdiBits(hif_, LibraryCount(in.size()), irTdi.data(), 0, 1, irTdo.data(),
+                               &error, nullptr))
+        ThrowConnectionError();
+
+    ends.Restart(3);
+    ends.Put(true, in.back() == 1);
+    ends.PutPath(GetPathFromExit1(to));
+    PutPairs(ends, nullptr);
+
+    out->resize(in.size());
+    UnpackBits(irTdo.data(), 0, *out);
+}
+
+void OmDigilentAdept::ScanVectors(const OmScanList& vectors, OmCapturedList* captured) {
+    if (captured)
+        captured->clear();
+    if (vectors.empty())
+        return;
+    RequireEqualLengths(vectors);
+    const size_t head = CountBlindHead(vectors);
+    const std::span all(vectors);
+    ScanBatch(all.first(head), captured);
+    ScanBatch(all.subspan(head), captured);
+}
+
+void OmDigilentAdept::ScanBatch(std::span<const OmScanVector> vectors, OmCapturedList* captured) {
+    if (vectors.empty())
+        return;
+    const size_t bits = vectors.front().bits.size();
+    std::vector<size_t> starts;
+    batchPairs.Restart((bits + 6) * vectors.size());
+    for (const OmScanVector& vector : vectors) {
+        batchPairs.PutPath(GetPathToShift(OmScanRegister::Data, kScanFromIdle).WithoutLast());
+        if (captured && vector.capture)
+            starts.push_back(batchPairs.Count());
+        AppendScan(batchPairs, vector.bits, kScanToIdle);
+    }
+    PutPairs(batchPairs, starts.empty() ? nullptr : &batchTdo);
+    for (const size_t start : starts)
+        UnpackBits(batchTdo.data(), start, captured->emplace_back(bits));
+}
+
+void OmDigilentAdept::GetVectorsPerTransfer(uint32_t bits, float* reading, float* blind,
+                                            float* status) {
+    OmJtagHAL::GetVectorsPerTransfer(bits, nullptr, nullptr, status);
+    for (float* result : {reading, blind}) {
+        if (result)
+            *result = kTransferBytes / static_cast<float>(bits / 4 + 3);
+    }
+}
