@@ -65,6 +65,7 @@ struct PinMapper {
 
     // `role` tells what the pin is for, in the words of the message.
     void Map(const OmDevicePin& pin, OmPinCellList& cells, const std::wstring& role) {
+        cells = {};
         if (!pin.IsConnected() || FindPinCells(cells, pin, chain))
             return;
         allFound = false;

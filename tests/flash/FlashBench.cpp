@@ -1,59 +1,46 @@
 #include "tests/flash/FlashBench.h"
 
 #include "platform/Text.h"
+#include "tests/flash/SmallDevice.h"
 
 #include <gtest/gtest.h>
 
 namespace {
 
-std::unique_ptr<OmBsdlData> MakeBsdl(const BenchShape& shape) {
+OmChainDevice MakeBenchDevice(const BenchShape& shape) {
     const int dataBits = shape.chips * shape.wordSize * 8;
     const int length = kBenchAddress + shape.addressPins + 2 * dataBits;
-    auto data = std::make_unique<OmBsdlData>();
-    data->entity = "bench";
-    data->AddAttribute("INSTRUCTION_LENGTH", "bench", "entity", "4");
-    data->AddAttribute("BOUNDARY_LENGTH", "bench", "entity", std::to_string(length));
-    data->AddInstructionCode("EXTEST", "0000");
-    data->AddInstructionCode("SAMPLE", "0001");
-    data->AddInstructionCode("PRELOAD", "0010");
-    int cell = 0;
-    const auto add = [&](const std::string& port, const char* function, const char* safe,
-                         const char* control, const char* disable) {
-        ASSERT_TRUE(data->AddCell(std::to_string(cell++), "BC_1", port, function, safe, control,
-                                  disable, *disable ? "Z" : ""));
+    std::vector<std::string> names; // lives as long as the rows point into it
+    names.reserve(static_cast<size_t>(length));
+    std::vector<CellRow> cells{{kBenchCe, "CE", "OUTPUT2", "1"},
+                               {kBenchOe, "OE", "OUTPUT2", "1"},
+                               {kBenchWe, "WE", "OUTPUT2", "1"},
+                               {kBenchControl, "*", "CONTROL", "0"}};
+    const auto add = [&](char port, int index, const char* function, const char* control) {
+        const int number = static_cast<int>(cells.size());
+        names.push_back(OmFormat("%c(%d)", port, index));
+        cells.push_back(
+            {number, names.back().c_str(), function, "X", control, *control ? "0" : ""});
     };
-    add("CE", "OUTPUT2", "1", "", "");
-    add("OE", "OUTPUT2", "1", "", "");
-    add("WE", "OUTPUT2", "1", "", "");
-    add("*", "CONTROL", "0", "", "");
     for (int i = 0; i < shape.addressPins; ++i)
-        add("A(" + std::to_string(i) + ")", "OUTPUT2", "X", "", "");
+        add('A', i, "OUTPUT2", "");
     for (int i = 0; i < dataBits; ++i)
-        add("D(" + std::to_string(i) + ")", "OUTPUT3", "X", "3", "0");
+        add('D', i, "OUTPUT3", "3");
     for (int i = 0; i < dataBits; ++i)
-        add("D(" + std::to_string(i) + ")", "INPUT", "X", "", "");
-    return data;
-}
-
-SignalPin Pin(const char* port, int index = -1) {
-    SignalPin pin;
-    pin.Device = 0;
-    pin.PortName = port;
-    pin.PortIndex = index;
-    return pin;
+        add('D', i, "INPUT", "");
+    return MakeDevice("bench", length, cells);
 }
 
 OmDesignSetup MakeSetup(const BenchShape& shape) {
     OmDesignSetup setup;
-    setup.devices.resize(1);
-    setup.devices[0].SetBsdl(MakeBsdl(shape), "bench.bsd");
-    setup.ce = Pin("CE");
-    setup.oe = Pin("OE");
-    setup.we = Pin("WE");
+    setup.devices.push_back(MakeBenchDevice(shape));
+    setup.ce = MakePin(0, "CE");
+    setup.oe = MakePin(0, "OE");
+    setup.we = MakePin(0, "WE");
     for (int i = 0; i < shape.addressPins; ++i)
-        setup.addressPins.push_back(Pin("A", i));
+        setup.addressPins.push_back(MakePin(0, "A", i));
     for (int i = 0; i < shape.chips * shape.wordSize * 8; ++i)
-        setup.dataPins.push_back(Pin("D", i));
+        setup.dataPins.push_back(MakePin(0, "D", i));
     setup.ChipCount = shape.chips;
     setup.WordSize = shape.wordSize;
     setup.AddrCmdShift = shape.shift;
