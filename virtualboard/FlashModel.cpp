@@ -1,0 +1,75 @@
+#include "virtualboard/FlashModel.h"
+
+#include "virtualboard/AmdFlash.h"
+#include "virtualboard/CfiTable.h"
+#include "virtualboard/IntelFlash.h"
+
+#include <algorithm>
+#include <limits>
+
+namespace vb {
+
+FlashModel::FlashModel(const FlashParameters& parameters, const BoardClock& clock)
+    : parameters_(parameters), cfi_(MakeCfiTable(parameters)), clock_(clock),
+      bytes_(parameters.SizeBytes(), 0xFF) {}
+
+uint32_t FlashModel::WordMask() const {
+    return static_cast<uint32_t>((uint64_t{1} << parameters_.widthBits) - 1);
+}
+
+uint32_t FlashModel::Word(uint32_t address) const {
+    const uint32_t size = parameters_.WordBytes();
+    const size_t offset = size_t{address % parameters_.SizeWords()} * size;
+    uint32_t value = 0;
+    for (uint32_t i = 0; i < size; ++i)
+        value |= uint32_t{bytes_[offset + i]} << (8 * i);
+    return value;
+}
+
+void FlashModel::SetWord(uint32_t address, uint32_t value) {
+    const uint32_t size = parameters_.WordBytes();
+    const size_t offset = size_t{address % parameters_.SizeWords()} * size;
+    for (uint32_t i = 0; i < size; ++i)
+        bytes_[offset + i] = static_cast<uint8_t>(value >> (8 * i));
+}
+
+uint32_t FlashModel::SectorOfWord(uint32_t address) const {
+    return parameters_.SectorOf(address % parameters_.SizeWords() * parameters_.WordBytes());
+}
+
+// The write protect pin guards the outermost sector: the first one, or the last one of a chip whose
+// small sectors are at the top.
+bool FlashModel::IsProtected(uint32_t sector) const {
+    const auto& groups = parameters_.sectors;
+    const bool top = groups.size() > 1 && groups.back().bytes < groups.front().bytes;
+    const uint32_t guarded = top ? parameters_.SectorCount() - 1 : 0;
+    return (writeProtect_ && sector == guarded) || protectedSectors_.contains(sector);
+}
+
+bool FlashModel::ProgramWord(uint32_t address, uint32_t value) {
+    address %= parameters_.SizeWords();
+    const auto stuck = faults_.stuckHigh.find(address);
+    const uint32_t unwilling = stuck == faults_.stuckHigh.end() ? 0 : stuck->second;
+    const uint32_t result = Word(address) & (value | unwilling);
+    SetWord(address, result);
+    return result == (value & WordMask());
+}
+
+void FlashModel::EraseSector(uint32_t sector) {
+    const auto start = bytes_.begin() + parameters_.SectorStart(sector);
+    std::fill(start, start + parameters_.SectorBytes(sector), uint8_t{0xFF});
+}
+
+uint64_t FlashModel::After(uint64_t microseconds) const {
+    if (faults_.neverReady)
+        return std::numeric_limits<uint64_t>::max();
+    return clock_.Now() + microseconds * faults_.slowFactor * kPicosecondsPerMicrosecond;
+}
+
+std::unique_ptr<FlashModel> MakeFlash(const FlashParameters& parameters, const BoardClock& clock) {
+    if (parameters.commandSet == CommandSet::Intel)
+        return std::make_unique<IntelFlash>(parameters, clock);
+    return std::make_unique<AmdFlash>(parameters, clock);
+}
+
+} // namespace vb

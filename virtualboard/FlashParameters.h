@@ -1,0 +1,81 @@
+// Everything that makes one flash chip differ from another, and the named chips a board may start
+// from. Addresses count words of the mode in which the chip is wired.
+#pragma once
+
+#include <cstdint>
+#include <string>
+#include <vector>
+
+namespace vb {
+
+enum class CommandSet { Amd, Intel };
+enum class CfiKind {
+    Full,
+    None,        // no query mode at all
+    Short,       // the primary table starts before the block regions
+    NoRegions,   // no erase region: the whole chip is one sector
+    Alternative, // the known command set stands in the alternative place
+};
+enum class LockScheme {
+    None,    // lock commands do nothing but say "done"
+    Single,  // each block is unlocked by itself; all are locked at power-up
+    Together // one unlock command frees all blocks; locks last over power
+};
+
+struct SectorGroup {
+    uint32_t count = 0;
+    uint32_t bytes = 0;
+};
+
+struct FlashTimes {
+    uint32_t wordMicroseconds = 10;
+    uint32_t bufferMicroseconds = 60;
+    uint32_t sectorMicroseconds = 50'000;
+    uint32_t chipMicroseconds = 1'000'000;
+    uint32_t eraseWindowMicroseconds = 50; // AMD: time for further sector erase commands
+    uint32_t lockMicroseconds = 20;
+    uint32_t limitFactor = 4; // DQ5 shows after this many times the usual time
+};
+
+struct FlashParameters {
+    CommandSet commandSet = CommandSet::Amd;
+    unsigned widthBits = 16;   // data pins in use: 8, 16 or 32
+    unsigned commandShift = 0; // command addresses in a narrower mode: one bit up for each halving
+    unsigned decodedBits = 11; // address bits that the command decoder looks at
+    uint32_t manufacturer = 0x01;
+    uint32_t device = 0x227E;
+    uint32_t bufferBytes = 0; // 0 for none
+    bool unlockBypass = true;
+    LockScheme lockScheme = LockScheme::Single; // Intel only
+    CfiKind cfi = CfiKind::Full;
+    uint16_t primaryCode = 0; // 0: what follows from the command set
+    std::vector<SectorGroup> sectors;
+    FlashTimes times;
+
+    uint32_t SizeBytes() const;
+
+    uint32_t WordBytes() const { return widthBits / 8; }
+
+    uint32_t SizeWords() const { return SizeBytes() / WordBytes(); }
+
+    unsigned AddressPins() const; // as many as reach every word
+    uint32_t SectorCount() const;
+    uint32_t SectorOf(uint32_t byteOffset) const;
+    uint32_t SectorStart(uint32_t sector) const;
+    uint32_t SectorBytes(uint32_t sector) const;
+};
+
+// Starts from a named chip; throws std::runtime_error for an unknown name.
+FlashParameters FlashByName(const std::string& name);
+std::vector<std::string> FlashNames();
+
+// One `key=value` of a board file, as documented in README.md; throws std::runtime_error.
+void SetFlashParameter(FlashParameters& flash, const std::string& key, const std::string& value);
+
+// "8x8K,127x64K" and back.
+std::vector<SectorGroup> ParseSectors(const std::string& text);
+std::string FormatSectors(const std::vector<SectorGroup>& sectors);
+// The keys that turn the default chip into this one.
+std::string FormatFlashParameters(const FlashParameters& flash);
+
+} // namespace vb
