@@ -233,7 +233,7 @@ TEST_F(BsdlScanner, LineEndAcrossTheEdgeOfTheReadBufferIsOne) {
 
 TEST_F(BsdlScanner, TokensMayBeLargerThanTheReadBuffer) {
     const std::string name(100000, 'n');
-    const std::string quoted = '"' + std::string(1000000, '(') + '"';
+    const std::string quoted = '"' + std::string(8000000, '(') + '"';
     EXPECT_EQ(Scan(name + ' ' + quoted + "--" + std::string(500000, '"') + "\n;"),
               (Tokens{{301, name}, {302, quoted}, {307}}));
 }

@@ -198,8 +198,8 @@ TEST(BsdlXml, CostGrowsWithTheNumberOfCellsAndNotFaster) {
     OmBsdlData data;
     data.entity = "BIG";
     data.AddAttribute("INSTRUCTION_LENGTH", "BIG", "entity", "4");
-    data.AddAttribute("BOUNDARY_LENGTH", "BIG", "entity", "50000");
-    for (int number = 0; number < 50000; ++number)
+    data.AddAttribute("BOUNDARY_LENGTH", "BIG", "entity", "20000");
+    for (int number = 0; number < 20000; ++number)
         data.AddCell(std::to_string(number), "BC_1", "*", "INTERNAL", "X", "", "", "");
     OmBsdlData copy;
     EXPECT_TRUE(CheckBsdlContent(data, copy));
