@@ -8,20 +8,34 @@
 namespace {
 
 constexpr int kLeftMargin = 5;
+constexpr double kDarkBelow = 0.5; // luminance of a background that needs light text
+const wxColour kTextOnLight(48, 48, 48);
+const wxColour kTextOnDark(207, 207, 207);
 
 } // namespace
 
-OmVirtualListViewCtrl::OmVirtualListViewCtrl(wxWindow* parent) : textColour_(48, 48, 48) {
+OmVirtualListViewCtrl::OmVirtualListViewCtrl(wxWindow* parent) {
     SetBackgroundStyle(wxBG_STYLE_PAINT);
     Create(parent, wxID_ANY, wxDefaultPosition, wxDefaultSize, wxVSCROLL | wxNO_BORDER,
            wxPanelNameStr);
-    SetBackgroundColour(wxSystemSettings::GetColour(wxSYS_COLOUR_WINDOW));
+    TakeSystemColours();
     Bind(wxEVT_PAINT, &OmVirtualListViewCtrl::OnPaint, this);
     Bind(wxEVT_SIZE, &OmVirtualListViewCtrl::OnSize, this);
     Bind(wxEVT_KEY_DOWN, &OmVirtualListViewCtrl::OnKeyDown, this);
     Bind(wxEVT_MOUSEWHEEL, &OmVirtualListViewCtrl::OnMouseWheel, this);
+    Bind(wxEVT_SYS_COLOUR_CHANGED, [this](wxSysColourChangedEvent& event) {
+        TakeSystemColours();
+        event.Skip();
+    });
     BindMoves();
     UpdateScrollBar();
+}
+
+void OmVirtualListViewCtrl::TakeSystemColours() {
+    const wxColour background = wxSystemSettings::GetColour(wxSYS_COLOUR_WINDOW);
+    SetBackgroundColour(background);
+    textColour_ = background.GetLuminance() < kDarkBelow ? kTextOnDark : kTextOnLight;
+    Refresh(false);
 }
 
 void OmVirtualListViewCtrl::BindMoves() {

@@ -30,11 +30,10 @@ class OmVirtualListViewCtrl : public wxWindow {
     void SetLineCount(uint32_t count);
     int GetLineHeight() const;
 
-    wxColour textColour_;
-
   private:
     using Mover = void (OmVirtualListViewCtrl::*)();
 
+    void TakeSystemColours();
     void BindMoves();
     void UpdateScrollBar();
     uint32_t GetLastFirstLine() const;
@@ -54,6 +53,7 @@ class OmVirtualListViewCtrl : public wxWindow {
     void OnThumbTrack(wxScrollWinEvent& event);
     void OnMouseWheel(wxMouseEvent& event);
 
+    wxColour textColour_;
     uint32_t lineCount_ = 0;
     uint32_t firstLine_ = 0;
     int32_t wheelRest_ = 0; // rotation not yet turned into lines

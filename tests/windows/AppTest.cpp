@@ -2,12 +2,12 @@
 #include "app/MainFrame.h"
 #include "flash/FlashProgrammer.h"
 #include "tests/support/TemporaryFolder.h"
+#include "tests/windows/support/ModalSteps.h"
 #include "tests/windows/support/UserActions.h"
 
 #include <gtest/gtest.h>
 #include <wx/config.h>
-#include <wx/filename.h>
-#include <wx/stdpaths.h>
+#include <wx/msgdlg.h>
 #include <wx/sysopt.h>
 
 namespace {
@@ -85,6 +85,18 @@ TEST_F(StartUp, LoadsTheNamedFiles) {
     EXPECT_EQ(frame.GetTitle(), "board - Velmora Flash Programmer");
     EXPECT_EQ(frame.GetDataPath(), data);
     EXPECT_EQ(frame.GetDataImage().GetByteCount(), 5u);
+}
+
+TEST_F(StartUp, HelpSwitchShowsTheUsageAndGoesOn) {
+    const std::string setup = folder_.Path("missing.velflash");
+    ModalSteps user;
+    user.ExpectBox("Velmora Flash Programmer", "Usage: velflash [<setup_file> [<data_file>] ]",
+                   wxOK | wxICON_INFORMATION, wxID_OK);
+    user.ExpectBox("Velmora Flash Programmer", "Failed to load setup file '" + setup + "'.",
+                   wxOK | wxICON_ERROR, wxID_OK);
+    const OmMainFrame& frame = Start({"--help", setup});
+    EXPECT_TRUE(frame.IsShown());
+    EXPECT_EQ(frame.GetTitle(), "Untitled - Velmora Flash Programmer");
 }
 
 TEST_F(StartUp, GeometryComesBackInTheNextRun) {

@@ -4,6 +4,7 @@
 
 #include <set>
 #include <wx/aui/auibar.h>
+#include <wx/uiaction.h>
 
 namespace {
 
@@ -213,4 +214,61 @@ TEST_F(MainWindowTest, SaveDataToolFollowsItsCommand) {
         SettleEvents();
         return GetToolBar(1).GetToolEnabled(kIdSaveDataAs);
     }));
+}
+
+// Real keys, as the window's accelerators see them.
+class AcceleratorTest : public MainWindowTest {
+  protected:
+    AcceleratorTest() {
+        frame_->Raise();
+        frame_->SetFocus();
+        SettleEvents();
+        frame_->Bind(wxEVT_MENU,
+                     [this](wxCommandEvent& event) { chosen_.push_back(event.GetId()); });
+    }
+
+    // The commands that a key chooses. F9 behind it shows that the key has been worked off.
+    std::vector<int> Type(int key, int modifiers = wxMOD_NONE) {
+        chosen_.clear();
+        frame_->UpdateWindowUI();
+        frame_->GetMenuBar()->UpdateMenus();
+        wxUIActionSimulator user;
+        user.Char(key, modifiers);
+        user.Char(WXK_F9);
+        EXPECT_TRUE(WaitFor([this] { return !chosen_.empty() && chosen_.back() == kIdJtagReset; }));
+        if (!chosen_.empty())
+            chosen_.pop_back();
+        return chosen_;
+    }
+
+    std::vector<int> chosen_;
+};
+
+TEST_F(AcceleratorTest, KeysChooseTheirCommands) {
+    const struct {
+        int key;
+        int modifiers;
+        int id;
+    } cases[] = {{'O', wxMOD_CONTROL, 10000}, {WXK_F2, 0, 10023},
+                 {WXK_F5, 0, 10025},          {'R', wxMOD_CONTROL, 10026},
+                 {'E', wxMOD_CONTROL, 10027}, {'P', wxMOD_CONTROL, 10029},
+                 {WXK_F1, 0, wxID_HELP}};
+
+    for (const auto& test : cases)
+        EXPECT_EQ(Type(test.key, test.modifiers), std::vector<int>{test.id}) << test.id;
+}
+
+TEST_F(AcceleratorTest, KeysOfDisabledCommandsDoNothing) {
+    EXPECT_EQ(Type('S', wxMOD_CONTROL), std::vector<int>{});
+    EXPECT_EQ(Type('G', wxMOD_CONTROL), std::vector<int>{});
+    ReadFromFlash(0, {1});
+    EXPECT_EQ(Type('S', wxMOD_CONTROL), std::vector<int>{10001});
+    EXPECT_EQ(Type('G', wxMOD_CONTROL), std::vector<int>{10022});
+}
+
+// The host's usual keys would load and save the setup, or end the program.
+TEST_F(AcceleratorTest, CommandsWithoutAKeyHaveNone) {
+    EXPECT_EQ(Type('N', wxMOD_CONTROL), std::vector<int>{});
+    EXPECT_EQ(Type('Q', wxMOD_CONTROL), std::vector<int>{});
+    EXPECT_EQ(Type('S', wxMOD_CONTROL | wxMOD_SHIFT), std::vector<int>{});
 }

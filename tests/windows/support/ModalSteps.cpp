@@ -4,6 +4,7 @@
 
 #include <gtest/gtest.h>
 #include <wx/dialog.h>
+#include <wx/msgdlg.h>
 #include <wx/weakref.h>
 
 namespace {
@@ -39,6 +40,21 @@ void ModalSteps::ExpectAndPress(const wxString& title, int buttonId) {
     Expect(title, [buttonId](wxDialog& dialog) { PressButton(dialog, buttonId); });
 }
 
+void ModalSteps::ExpectBox(const wxString& caption, const wxString& text, long style, int answer) {
+    expected_.push_back({caption, {}, text, style, answer});
+}
+
+int ModalSteps::AnswerBox(const wxDialog* dialog, const Expected& expected) {
+    const auto* box = dynamic_cast<const wxMessageDialogBase*>(dialog);
+    if (!box) {
+        ADD_FAILURE() << "not a message box: \"" << expected.title.ToStdString() << "\"";
+        return wxID_CANCEL;
+    }
+    EXPECT_EQ(box->GetMessage(), expected.text);
+    EXPECT_EQ(box->GetMessageDialogStyle(), expected.style);
+    return expected.boxAnswer;
+}
+
 int ModalSteps::Enter(wxDialog* dialog) {
     if (expected_.empty()) {
         ADD_FAILURE() << "unexpected dialog \"" << dialog->GetTitle().ToStdString() << "\"";
@@ -47,6 +63,8 @@ int ModalSteps::Enter(wxDialog* dialog) {
     Expected next = std::move(expected_.front());
     expected_.pop_front();
     EXPECT_EQ(dialog->GetTitle(), next.title);
+    if (next.boxAnswer != wxID_NONE)
+        return AnswerBox(dialog, next);
     dialog->CallAfter([dialog, step = std::move(next.step)] { TakeStep(*dialog, step); });
     return wxID_NONE;
 }

@@ -5,7 +5,9 @@
 
 #include <deque>
 #include <functional>
+#include <wx/defs.h>
 #include <wx/modalhook.h>
+#include <wx/string.h>
 
 class ModalSteps : public wxModalDialogHook {
   public:
@@ -23,14 +25,23 @@ class ModalSteps : public wxModalDialogHook {
     // The same for a dialog that only needs one of its buttons pressed.
     void ExpectAndPress(const wxString& title, int buttonId);
 
+    // A message box of the toolkit, answered without being shown. `style` is the toolkit's;
+    // `answer` is a button's id.
+    void ExpectBox(const wxString& caption, const wxString& text, long style, int answer);
+
   protected:
     int Enter(wxDialog* dialog) override;
 
   private:
     struct Expected {
         wxString title;
-        Step step;
+        Step step;                 // not for a message box
+        wxString text = {};        // of a message box
+        long style = 0;            // likewise
+        int boxAnswer = wxID_NONE; // likewise; otherwise none
     };
+
+    static int AnswerBox(const wxDialog* dialog, const Expected& expected);
 
     std::deque<Expected> expected_;
 };

@@ -1,0 +1,59 @@
+#include "app/WxUserInterface.h"
+
+#include "tests/windows/support/ModalSteps.h"
+
+#include <gtest/gtest.h>
+#include <wx/wx.h>
+
+namespace {
+
+struct Case {
+    const char* what;
+    OmMessageStyle style;
+    long toolkitStyle;
+    int pressed;
+    OmAnswer answer;
+};
+
+const Case kCases[] = {
+    {"information", kInformationBox, wxOK | wxICON_INFORMATION, wxID_OK, OmAnswer::Ok},
+    {"warning", kWarningBox, wxOK | wxICON_EXCLAMATION, wxID_OK, OmAnswer::Ok},
+    {"error", kErrorBox, wxOK | wxICON_ERROR, wxID_OK, OmAnswer::Ok},
+    {"question yes", kQuestionBox, wxYES_NO | wxICON_QUESTION, wxID_YES, OmAnswer::Yes},
+    {"question no", kQuestionBox, wxYES_NO | wxICON_QUESTION, wxID_NO, OmAnswer::No},
+    {"save yes", kSaveQuestionBox, wxYES_NO | wxCANCEL | wxICON_QUESTION, wxID_YES, OmAnswer::Yes},
+    {"save no", kSaveQuestionBox, wxYES_NO | wxCANCEL | wxICON_QUESTION, wxID_NO, OmAnswer::No},
+    {"save cancel", kSaveQuestionBox, wxYES_NO | wxCANCEL | wxICON_QUESTION, wxID_CANCEL,
+     OmAnswer::Cancel},
+    {"warning question", kWarningQuestionBox, wxYES_NO | wxICON_EXCLAMATION, wxID_YES,
+     OmAnswer::Yes},
+    {"loss", kLossQuestionBox, wxYES_NO | wxNO_DEFAULT | wxICON_EXCLAMATION, wxID_NO, OmAnswer::No},
+    {"ok or cancel",
+     {OmButtons::OkCancel, OmIcon::Question},
+     wxOK | wxCANCEL | wxICON_QUESTION,
+     wxID_CANCEL,
+     OmAnswer::Cancel},
+    {"plain", {}, wxOK | wxICON_NONE, wxID_OK, OmAnswer::Ok},
+};
+
+} // namespace
+
+TEST(WxUserInterface, BoxesHaveTheirButtonsIconAndDefault) {
+    WxUserInterface userInterface;
+    for (const Case& test : kCases) {
+        SCOPED_TRACE(test.what);
+        ModalSteps user;
+        user.ExpectBox("Caption", "Text", test.toolkitStyle, test.pressed);
+        EXPECT_EQ(userInterface.ShowMessage(L"Text", L"Caption", test.style), test.answer);
+    }
+}
+
+TEST(WxUserInterface, BusyCursorsNest) {
+    WxUserInterface userInterface;
+    userInterface.BeginBusyCursor();
+    userInterface.BeginBusyCursor();
+    userInterface.EndBusyCursor();
+    EXPECT_TRUE(wxIsBusy());
+    userInterface.EndBusyCursor();
+    EXPECT_FALSE(wxIsBusy());
+}
