@@ -31,19 +31,27 @@ uint64_t Scatter(uint8_t packed) {
 
 } // namespace
 
-void PackBits(std::span<const uint8_t> bits, uint8_t* packed) {
+void PackBits(std::span<const uint8_t> bits, uint8_t* packed, size_t firstBit) {
+    packed += firstBit / 8;
+    const unsigned shift = firstBit % 8;
+    // What the byte at hand already holds in its low end.
+    unsigned held = shift ? *packed & ((1U << shift) - 1) : 0;
     const uint8_t* element = bits.data();
     for (size_t group = bits.size() / 8; group > 0; --group, element += 8) {
         uint64_t elements;
         std::memcpy(&elements, element, 8);
-        *packed++ = Gather(ExactlyOne(elements));
+        held |= static_cast<unsigned>(Gather(ExactlyOne(elements))) << shift;
+        *packed++ = static_cast<uint8_t>(held);
+        held >>= 8;
     }
     const size_t rest = bits.size() % 8;
-    if (rest == 0)
-        return;
     uint64_t elements = 0;
     std::memcpy(&elements, element, rest);
-    *packed = Gather(ExactlyOne(elements));
+    held |= static_cast<unsigned>(Gather(ExactlyOne(elements))) << shift;
+    for (size_t left = shift + rest; left > 0; left -= left < 8 ? left : 8) {
+        *packed++ = static_cast<uint8_t>(held);
+        held >>= 8;
+    }
 }
 
 void UnpackBits(const uint8_t* packed, size_t firstBit, std::span<uint8_t> bits) {

@@ -11,9 +11,10 @@ constexpr size_t PackedSize(size_t bits) {
     return (bits + 7) / 8;
 }
 
-// Fills PackedSize(bits.size()) bytes. An element that is not exactly 1 packs as 0; unused bits of
-// the last byte are 0.
-void PackBits(std::span<const uint8_t> bits, uint8_t* packed);
+// Sets or clears the packed bits at `firstBit` and above. An element that is not exactly 1 packs as
+// 0. Bits below are kept; what is left of the last byte above becomes 0, and no byte behind it is
+// touched.
+void PackBits(std::span<const uint8_t> bits, uint8_t* packed, size_t firstBit = 0);
 
 // Fills all of `bits` with 0 and 1 from the packed bits at `firstBit` and above. Reads no byte that
 // holds none of them.

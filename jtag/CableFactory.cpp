@@ -2,6 +2,7 @@
 
 #include "jtag/DigilentAdept.h"
 #include "jtag/Ftd2xx.h"
+#include "jtag/JLink.h"
 #include "jtag/Log.h"
 #include "jtag/UsbBlaster.h"
 
@@ -37,6 +38,16 @@ std::unique_ptr<OmCable> OpenFtd2xx(OmConnectionSettings& settings) {
                           settings.ftd2xxGpioValue, settings.ftd2xxIsHighSpeed);
 }
 
+std::unique_ptr<OmCable> OpenJLinkUsb(OmConnectionSettings& settings) {
+    return Open<OmJLink>(settings.jlinkUsbNumber, std::string(), 0,
+                         static_cast<uint32_t>(settings.jlinkUsbFrequency));
+}
+
+std::unique_ptr<OmCable> OpenJLinkIp(OmConnectionSettings& settings) {
+    return Open<OmJLink>(OmJLink::kOverIp, settings.jlinkIpHost, settings.jlinkIpPort,
+                         static_cast<uint32_t>(settings.jlinkIpFrequency));
+}
+
 std::unique_ptr<OmCable> OpenUsbBlaster(OmConnectionSettings& settings) {
     return Open<OmUsbBlaster>(settings.usbBlasterDescription, settings.usbBlasterSerial);
 }
@@ -50,8 +61,8 @@ constexpr CableRow kCables[kCableTypeCount] = {
     {L"Embest EasyICE", L"WIGGLER", nullptr}, // a Wiggler's pinout
     {L"Digilent JTAG-USB", L"DIGILENT_ADEPT", OpenDigilent},
     {L"Generic FTDI FT2232", L"FTD2XX", OpenFtd2xx},
-    {L"Segger J-Link", L"JLINK_USB", nullptr},
-    {L"Segger J-Link via TCP/IP server", L"JLINK_IP", nullptr},
+    {L"Segger J-Link", L"JLINK_USB", OpenJLinkUsb},
+    {L"Segger J-Link via TCP/IP server", L"JLINK_IP", OpenJLinkIp},
     {L"Altera USB-Blaster", L"ALTERA_USB_BLASTER", OpenUsbBlaster},
 };
 

@@ -103,3 +103,22 @@ TEST(BitPacking, UnpackingReadsNoByteBeyondItsBits) {
         EXPECT_EQ(Unpack(packed, first, 16 - first), OmBitVector(16 - first, 1));
     }
 }
+
+TEST(BitPacking, PacksFromAnyBitAndKeepsWhatIsBelow) {
+    const OmBitVector all = BitsFromText("111111111010010111000011");
+    for (size_t first = 0; first < 24; ++first) {
+        for (size_t count = 0; first + count <= 24; ++count) {
+            const auto start = all.begin() + static_cast<ptrdiff_t>(first);
+            const OmBitVector bits(start, start + static_cast<ptrdiff_t>(count));
+            Bytes packed{0xC3, 0xA5, 0xFF, 0xEE};
+            PackBits(bits, packed.data(), first);
+            OmBitVector expected = all;
+            const size_t end = first + count;
+            const size_t touched = count == 0 && first % 8 == 0 ? end : (end + 7) / 8 * 8;
+            std::fill(expected.begin() + static_cast<ptrdiff_t>(end),
+                      expected.begin() + static_cast<ptrdiff_t>(touched), 0);
+            EXPECT_EQ(Unpack(packed, 0, 24), expected) << count << " at " << first;
+            EXPECT_EQ(packed[3], 0xEE) << count << " at " << first;
+        }
+    }
+}
