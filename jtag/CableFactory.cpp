@@ -4,6 +4,7 @@
 #include "jtag/Ftd2xx.h"
 #include "jtag/JLink.h"
 #include "jtag/Log.h"
+#include "jtag/ParallelPods.h"
 #include "jtag/UsbBlaster.h"
 
 #include <utility>
@@ -15,7 +16,7 @@ using Creator = std::unique_ptr<OmCable> (*)(OmConnectionSettings&);
 struct CableRow {
     const wchar_t* label;
     const wchar_t* logName;
-    Creator create; // null for a cable that this build cannot drive
+    Creator create;
 };
 
 // A new cable of that class, initialized; null, with the cable deleted, if that fails.
@@ -25,6 +26,12 @@ std::unique_ptr<OmCable> Open(Arguments&&... arguments) {
     if (!cable->Initialize(std::forward<Arguments>(arguments)...))
         return nullptr;
     return cable;
+}
+
+template <typename Pod>
+std::unique_ptr<OmCable> OpenParallel(OmConnectionSettings& settings) {
+    return Open<Pod>(static_cast<uint32_t>(settings.lptPort),
+                     static_cast<uint32_t>(settings.lptFrequency));
 }
 
 std::unique_ptr<OmCable> OpenDigilent(OmConnectionSettings& settings) {
@@ -54,11 +61,13 @@ std::unique_ptr<OmCable> OpenUsbBlaster(OmConnectionSettings& settings) {
 
 // Indexed by OmCableType.
 constexpr CableRow kCables[kCableTypeCount] = {
-    {L"Xilinx Parallel Cable III / IV", L"XILINX_PARALLEL_CABLE_3", nullptr},
-    {L"Altera ByteBlaster MV / II", L"ALTERA_BYTEBLASTER_MV", nullptr},
-    {L"Lattice Parallel ispDownload", L"LATTICE_PARALLEL_ISPDOWNLOAD", nullptr},
-    {L"Wiggler", L"WIGGLER", nullptr},
-    {L"Embest EasyICE", L"WIGGLER", nullptr}, // a Wiggler's pinout
+    {L"Xilinx Parallel Cable III / IV", L"XILINX_PARALLEL_CABLE_3",
+     OpenParallel<OmXilinxParallelCable3>},
+    {L"Altera ByteBlaster MV / II", L"ALTERA_BYTEBLASTER_MV", OpenParallel<OmAlteraByteBlasterMV>},
+    {L"Lattice Parallel ispDownload", L"LATTICE_PARALLEL_ISPDOWNLOAD",
+     OpenParallel<OmLatticeParallelIspDownload>},
+    {L"Wiggler", L"WIGGLER", OpenParallel<OmWiggler>},
+    {L"Embest EasyICE", L"WIGGLER", OpenParallel<OmWiggler>}, // a Wiggler's pinout
     {L"Digilent JTAG-USB", L"DIGILENT_ADEPT", OpenDigilent},
     {L"Generic FTDI FT2232", L"FTD2XX", OpenFtd2xx},
     {L"Segger J-Link", L"JLINK_USB", OpenJLinkUsb},
@@ -73,7 +82,7 @@ const CableRow* FindCable(OmCableType type) {
 
 std::unique_ptr<OmCable> Create(const CableRow& row, OmConnectionSettings& settings) {
     OmLog(L"Creating cable object  %ls\n", row.logName);
-    return row.create ? row.create(settings) : nullptr;
+    return row.create(settings);
 }
 
 } // namespace

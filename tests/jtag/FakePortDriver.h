@@ -4,6 +4,8 @@
 #include "platform/PortDriver.h"
 
 #include <array>
+#include <cstdio>
+#include <deque>
 #include <map>
 #include <memory>
 #include <string>
@@ -15,8 +17,8 @@ class FakePortDriver : public OmPortDriverOpener {
     struct State {
         std::array<uint16_t, 3> addresses{0x378, 0, 0};
         std::map<uint16_t, uint8_t> registers;
-        std::vector<std::pair<uint16_t, uint8_t>> writes; // port address, value
-        std::vector<uint16_t> reads;
+        std::string traffic;             // "378=1F " for a write, "379? " for a read
+        std::deque<uint8_t> answers;     // what reads give, before the registers do
         std::vector<std::string> opened; // names, in order
         bool absent = false;
         int openHandles = 0;
@@ -69,6 +71,12 @@ class FakePortDriver : public OmPortDriverOpener {
         }
 
       private:
+        void Note(const char* format, unsigned address, unsigned value) {
+            char text[16];
+            std::snprintf(text, sizeof text, format, address, value);
+            state_->traffic += text;
+        }
+
         static uint16_t AddressOf(std::span<const uint8_t> record) {
             return static_cast<uint16_t>(record[0] + record[1] * 256);
         }
@@ -83,14 +91,18 @@ class FakePortDriver : public OmPortDriverOpener {
         }
 
         bool Read(uint16_t address, uint8_t& value, size_t& returned) {
-            state_->reads.push_back(address);
+            Note("%X? ", address, 0);
             value = state_->registers[address];
+            if (!state_->answers.empty()) {
+                value = state_->answers.front();
+                state_->answers.pop_front();
+            }
             returned = state_->readSize;
             return true;
         }
 
         bool Write(uint16_t address, uint8_t value) {
-            state_->writes.emplace_back(address, value);
+            Note("%X=%02X ", address, value);
             state_->registers[address] = value;
             return true;
         }
