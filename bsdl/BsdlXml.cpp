@@ -1,32 +1,10 @@
 #include "bsdl/BsdlXml.h"
 
 #include "bsdl/BsdlData.h"
+#include "bsdl/XmlAppender.h"
 #include "platform/Text.h"
 
-#include <wx/xml/xml.h>
-
 namespace {
-
-// Appends children in constant time each: a boundary register can have thousands of cells, and
-// wxXmlNode::AddChild walks the whole list.
-class Appender {
-  public:
-    explicit Appender(wxXmlNode& parent) : parent_(parent), last_(parent.GetChildren()) {
-        while (last_ && last_->GetNext())
-            last_ = last_->GetNext();
-    }
-
-    wxXmlNode& Add(const char* name) {
-        auto* child = new wxXmlNode(wxXML_ELEMENT_NODE, name); // owned by its parent
-        parent_.InsertChildAfter(child, last_);
-        last_ = child;
-        return *child;
-    }
-
-  private:
-    wxXmlNode& parent_;
-    wxXmlNode* last_;
-};
 
 void Set(wxXmlNode& node, const char* name, const std::string& value) {
     node.AddAttribute(name, FromLocal(value));
@@ -41,7 +19,7 @@ std::string BitText(uint8_t bit) {
 }
 
 void SavePorts(wxXmlNode& node, const OmBsdlData& data) {
-    Appender ports(node);
+    OmXmlAppender ports(node);
     for (const OmBsdlPort& port : data.ports) {
         wxXmlNode& element = ports.Add("Port");
         Set(element, "N", port.Name);
@@ -56,7 +34,7 @@ void SavePorts(wxXmlNode& node, const OmBsdlData& data) {
 }
 
 void SavePinMapping(wxXmlNode& node, const OmBsdlData::PinMapping& entries) {
-    Appender maps(node);
+    OmXmlAppender maps(node);
     for (const OmBsdlPinMapEntry& entry : entries) {
         wxXmlNode& element = maps.Add("Map");
         Set(element, "P", entry.Port);
@@ -67,7 +45,7 @@ void SavePinMapping(wxXmlNode& node, const OmBsdlData::PinMapping& entries) {
 }
 
 void SavePinMappings(wxXmlNode& node, const OmBsdlData& data) {
-    Appender mappings(node);
+    OmXmlAppender mappings(node);
     for (const auto& [name, entries] : data.pinMappings) {
         wxXmlNode& element = mappings.Add("PinMapping");
         Set(element, "Name", name);
@@ -77,18 +55,18 @@ void SavePinMappings(wxXmlNode& node, const OmBsdlData& data) {
 
 void SaveInstructions(wxXmlNode& node, const OmBsdlData& data) {
     Set(node, "IRLen", data.GetInstructionLength());
-    Appender instructions(node);
+    OmXmlAppender instructions(node);
     for (const auto& [name, codes] : data.instructions) {
         wxXmlNode& element = instructions.Add("Instruction");
         Set(element, "Name", name);
-        Appender children(element);
+        OmXmlAppender children(element);
         for (const std::string& code : codes)
             Set(children.Add("Code"), "Value", code);
     }
 }
 
 void SaveIdcodes(wxXmlNode& node, const OmBsdlData& data) {
-    Appender idcodes(node);
+    OmXmlAppender idcodes(node);
     for (const std::string& pattern : data.idcodes)
         Set(idcodes.Add("Idcode"), "Value", pattern);
 }
@@ -109,7 +87,7 @@ void SaveCell(wxXmlNode& node, size_t number, const OmBsdlCell& cell) {
 
 void SaveCells(wxXmlNode& node, const OmBsdlData& data) {
     Set(node, "BSRLen", static_cast<int>(data.GetBoundaryLength()));
-    Appender cells(node);
+    OmXmlAppender cells(node);
     for (size_t number = 0; number < data.cells.size(); ++number)
         for (const OmBsdlCell& cell : data.cells[number])
             SaveCell(cells.Add("Cell"), number, cell);
@@ -119,7 +97,7 @@ void SaveCells(wxXmlNode& node, const OmBsdlData& data) {
 
 void SaveBsdlXml(wxXmlNode& node, const OmBsdlData& data) {
     Set(node, "Entity", data.entity);
-    Appender children(node);
+    OmXmlAppender children(node);
     if (const char* mapping = data.GetDefaultPinMapping())
         Set(children.Add("DefaultPinMapping"), "Name", std::string(mapping));
     SavePorts(children.Add("Ports"), data);
