@@ -258,12 +258,24 @@ TEST_F(BsdlFinder, WithNothingToSearchCompletesAtOnce) {
 }
 
 TEST_F(BsdlFinder, CancelTakesEffectAtTheNextFile) {
+    Write("one.bsd");
+    Write("other.bsd");
+    collector.onEvent = [](const Events&) { OmBsdlSearchFlags::Cancel(); };
+    const Events events = Search();
+    ASSERT_EQ(events.size(), 3u);
+    EXPECT_EQ(events[0].type, OM_EVT_BSDL_FILE);
+    EXPECT_EQ(events[1], Found(events[0].text)); // its parse is not cut short
+    EXPECT_EQ(events[2], Canceled());
+}
+
+TEST_F(BsdlFinder, CancelTakesEffectAtTheNextDirectory) {
     const std::string first = MakeFolder("1");
     const std::string second = MakeFolder("2");
     const std::string path = Write("1/chip.bsd");
     Write("2/chip.bsd");
     collector.onEvent = [](const Events&) { OmBsdlSearchFlags::Cancel(); };
-    EXPECT_EQ(Search({first, second}), (Events{{OM_EVT_BSDL_FILE, path}, Found(path), Canceled()}));
+    EXPECT_EQ(Search({first, second, folder.Path("missing")}),
+              (Events{{OM_EVT_BSDL_FILE, path}, Found(path), Canceled()}));
 }
 
 TEST_F(BsdlFinder, NothingComesAfterACancelHasReturned) {

@@ -167,6 +167,16 @@ TEST(BsdlXml, EachSectionIsRequired) {
                      data));
 }
 
+TEST(BsdlXml, RegisterWithoutCellsIsRefused) {
+    for (const char* length : {"1", "2000000"}) {
+        OmBsdlData data;
+        EXPECT_FALSE(Load(R"(<BSDL Entity="E"><Ports/><PinMappings/><IR IRLen="3"/>)"
+                          R"(<BSR BSRLen=")" +
+                              std::string(length) + R"("/></BSDL>)",
+                          data));
+    }
+}
+
 TEST(BsdlXml, CellWithoutControlCellLoadsWithNone) {
     OmBsdlData data;
     ASSERT_TRUE(Load(Changed(R"( CC="2" DV="1" DR="Z")", ""), data));
