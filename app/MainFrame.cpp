@@ -34,8 +34,9 @@ struct BarMargins {
 constexpr BarMargins kActionMargins{5, 5, 2, 3};
 constexpr BarMargins kDataMargins{5, 5, 3, 2};
 
-// GTK gives a menu item that has a standard id, but no accelerator, the one that this id usually has:
-// Ctrl+O would load a setup instead of a data file. It looks at the id only when the item is added.
+// GTK gives a menu item that has a standard id, but no accelerator, the one that this id usually
+// has: Ctrl+O would load a setup instead of a data file. It looks at the id only when the item is
+// added.
 void AppendCommand(wxMenu* menu, int id, const wxString& label) {
 #ifdef __WXGTK__
     menu->Append(wxID_ANY, label)->SetId(id);

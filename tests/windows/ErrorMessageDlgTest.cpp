@@ -21,7 +21,7 @@ TEST(ErrorMessageDlg, ShowsPictureMessageAndDetails) {
         EXPECT_FALSE(box.IsEditable());
         EXPECT_TRUE(box.IsMultiLine());
         EXPECT_EQ(box.GetBackgroundColour(), shown.GetBackgroundColour());
-        EXPECT_EQ(FindByClass<wxStaticBitmap>(shown)->GetBitmap().GetSize(), wxSize(32, 32));
+        EXPECT_EQ(FindByClass<wxStaticBitmap>(shown)->GetBitmap().GetLogicalSize(), wxSize(32, 32));
         TakeScreenshot(shown, "error-message");
         PressButton(shown, "&Close");
     });

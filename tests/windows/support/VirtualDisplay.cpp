@@ -59,8 +59,10 @@ void VirtualDisplay::PrepareEnvironment() {
         {"LC_ALL", "C.UTF-8"},
         {"GDK_SCALE", "1"},
     }};
+    // To look at the windows in another theme or scale: OM_KEEP_THEME=1 GTK_THEME=Adwaita:dark ...
+    const int replace = getenv("OM_KEEP_THEME") ? 0 : 1;
     for (const auto& [name, value] : kSettings)
-        setenv(name, value, getenv("OM_WINDOW_TEST_KEEP") && getenv(name) ? 0 : 1);
+        setenv(name, value, replace);
     setenv("HOME", home_.path.c_str(), 1);
     for (const char* name :
          {"XDG_CONFIG_HOME", "XDG_DATA_HOME", "XDG_CACHE_HOME", "XDG_RUNTIME_DIR"}) {

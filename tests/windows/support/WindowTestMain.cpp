@@ -56,6 +56,13 @@ bool OnlyListsTests() {
 
 } // namespace
 
+#ifdef __SANITIZE_ADDRESS__
+// Caches that fontconfig keeps to the end of the process.
+extern "C" const char* __lsan_default_suppressions() {
+    return "leak:libfontconfig.so\n";
+}
+#endif
+
 wxIMPLEMENT_APP_NO_MAIN(WindowTestApp);
 
 int main(int argc, char** argv) {
