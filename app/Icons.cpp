@@ -33,6 +33,10 @@ wxBitmapBundle GetPicture(const char* name) {
     return LoadBothScales(name, 32);
 }
 
+wxBitmapBundle GetAboutPicture() {
+    return LoadBothScales("about", 360);
+}
+
 wxIconBundle GetAppIcon() {
     wxIconBundle bundle;
     for (const int size : {16, 32, 48, 64, 128}) {

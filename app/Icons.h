@@ -10,5 +10,8 @@ wxBitmapBundle GetToolIcon(const char* name);
 // A 32 by 32 picture inside a dialog.
 wxBitmapBundle GetPicture(const char* name);
 
+// The 360 by 120 picture of the About box.
+wxBitmapBundle GetAboutPicture();
+
 // The icon of the program's windows, in all sizes.
 wxIconBundle GetAppIcon();

@@ -4,8 +4,12 @@
 #include "app/HexViewCtrl.h"
 #include "app/MainFrame.h"
 #include "app/Product.h"
+#include "dialogs/AboutDlg.h"
 #include "flash/FlashProgrammer.h"
+#include "platform/UserInterface.h"
+#include "platform/Version.h"
 
+#include <wx/intl.h>
 #include <wx/utils.h>
 
 namespace {
@@ -122,7 +126,12 @@ void OmMainFrame::OnWebsite(wxCommandEvent&) {
     wxLaunchDefaultBrowser(kWebsiteUrl);
 }
 
-void OmMainFrame::OnAbout(wxCommandEvent&) {}
+void OmMainFrame::OnAbout(wxCommandEvent&) {
+    OmAboutDlg dialog(this);
+    dialog.SetTitle(_("About Velmora Flash Programmer"));
+    dialog.SetTexts(kProductName, kVersionText, kRightsText);
+    dialog.ShowModal();
+}
 
 void OmMainFrame::OnJtagReset(wxCommandEvent&) {
     OmFlashProgrammer::GetInstance().JtagReset();

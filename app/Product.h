@@ -1,4 +1,5 @@
-// What the windows say about the product besides its name.
+// What the windows say about the product besides its name and version.
 #pragma once
 
+inline constexpr wchar_t kRightsText[] = L"\u00A9 2008-2010 Velmora. All rights reserved.";
 inline constexpr wchar_t kWebsiteUrl[] = L"https://velmora.example/velflash";

@@ -113,6 +113,20 @@ wxSizer* MakeOkCancelRow(wxWindow* parent, const wxString& okLabel, const wxStri
     return row;
 }
 
+wxSizer* MakeCloseRow(wxWindow* parent) {
+    auto* close = new wxButton(parent, wxID_CANCEL, _("&Close"));
+    close->SetDefault();
+    auto* row = new wxStdDialogButtonSizer;
+    row->AddButton(close);
+    row->Realize();
+    return row;
+}
+
+void PressCancel(wxDialog& dialog) {
+    wxCommandEvent press(wxEVT_BUTTON, wxID_CANCEL);
+    dialog.FindWindow(wxID_CANCEL)->GetEventHandler()->ProcessEvent(press);
+}
+
 void LayOutDialog(wxDialog* dialog, wxSizer* content, wxSizer* buttons) {
     auto* column = new wxBoxSizer(wxVERTICAL);
     column->Add(content, wxSizerFlags(1).Expand().Border(wxALL));

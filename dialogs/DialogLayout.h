@@ -57,6 +57,12 @@ wxSize MeasureText(const wxWindow& window, unsigned columns, unsigned lines);
 wxSizer* MakeOkCancelRow(wxWindow* parent, const wxString& okLabel,
                          const wxString& cancelLabel = _("&Cancel"));
 
+// A "Close" button that Escape presses too.
+wxSizer* MakeCloseRow(wxWindow* parent);
+
+// What a click on a dialog's Close or Cancel button does.
+void PressCancel(wxDialog& dialog);
+
 // Puts the content, made of rows with borders, above the buttons, fits the dialog and centres it
 // over its parent.
 void LayOutDialog(wxDialog* dialog, wxSizer* content, wxSizer* buttons);

@@ -1,0 +1,26 @@
+#include "dialogs/FlashInfoDlg.h"
+
+#include "dialogs/DialogLayout.h"
+
+#include <wx/html/htmlwin.h>
+
+namespace {
+
+constexpr unsigned kReportColumns = 80;
+constexpr unsigned kReportLines = 32;
+
+} // namespace
+
+OmFlashInfoDlg::OmFlashInfoDlg(wxWindow* parent, const std::wstring& html)
+    : wxDialog(parent, wxID_ANY, _("Flash Array Information"), wxDefaultPosition, wxDefaultSize,
+               wxDEFAULT_DIALOG_STYLE | wxRESIZE_BORDER) {
+    auto* report = new wxHtmlWindow(this, wxID_ANY, wxDefaultPosition, wxDefaultSize,
+                                    wxHW_SCROLLBAR_AUTO | wxBORDER_THEME);
+    report->SetStandardFonts();
+    report->SetInitialSize(MeasureText(*report, kReportColumns, kReportLines));
+    report->SetPage(html);
+    auto* column = new wxBoxSizer(wxVERTICAL);
+    column->Add(report, RowFlags(1));
+    LayOutDialog(this, column, MakeCloseRow(this));
+    report->SetFocus(); // the arrow keys scroll at once
+}
