@@ -20,6 +20,7 @@ class AmdFlash : public FlashModel {
     void HardwareReset() override;
 
     void Settle() override;
+
     bool Busy() const override { return mode_ == Mode::Programming || mode_ == Mode::Erasing; }
 
   private:

@@ -11,9 +11,12 @@ constexpr uint64_t kPicosecondsPerMicrosecond = 1'000'000;
 
 class BoardClock {
   public:
-    void SetFrequency(uint32_t hertz) { period_ = kPicosecondsPerSecond / (hertz ? hertz : 1); }
+    void SetFrequency(uint32_t hertz) {
+        frequency_ = hertz ? hertz : 1;
+        period_ = kPicosecondsPerSecond / frequency_;
+    }
 
-    uint32_t Frequency() const { return static_cast<uint32_t>(kPicosecondsPerSecond / period_); }
+    uint32_t Frequency() const { return frequency_; }
 
     void Tick(uint64_t cycles) {
         cycles_ += cycles;
@@ -31,6 +34,7 @@ class BoardClock {
     void ClearCycles() { cycles_ = 0; }
 
   private:
+    uint32_t frequency_ = 1'000'000;
     uint64_t period_ = kPicosecondsPerMicrosecond;
     uint64_t now_ = 0;
     uint64_t cycles_ = 0;

@@ -22,6 +22,7 @@ class IntelFlash : public FlashModel {
     void HardwareReset() override;
 
     void Settle() override;
+
     bool Busy() const override { return operation_ != Operation::None; }
 
     bool IsLocked(uint32_t block) const { return locked_.contains(block); }
