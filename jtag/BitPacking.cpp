@@ -45,9 +45,11 @@ void PackBits(std::span<const uint8_t> bits, uint8_t* packed, size_t firstBit) {
         held >>= 8;
     }
     const size_t rest = bits.size() % 8;
-    uint64_t elements = 0;
-    std::memcpy(&elements, element, rest);
-    held |= static_cast<unsigned>(Gather(ExactlyOne(elements))) << shift;
+    if (rest > 0) {
+        uint64_t elements = 0;
+        std::memcpy(&elements, element, rest);
+        held |= static_cast<unsigned>(Gather(ExactlyOne(elements))) << shift;
+    }
     for (size_t left = shift + rest; left > 0; left -= left < 8 ? left : 8) {
         *packed++ = static_cast<uint8_t>(held);
         held >>= 8;
