@@ -80,7 +80,7 @@ class OmBsdlData {
     void AddAttribute(const std::string& name, const std::string& target,
                       const std::string& targetClass, const std::string& value);
 
-    // From INSTRUCTION_LENGTH of this entity, -1 if there is none of 2 or more.
+    // From INSTRUCTION_LENGTH of this entity, -1 if there is none from 2 to a million.
     int GetInstructionLength() const;
 
     // Number of boundary-register cells, 0 while unknown.

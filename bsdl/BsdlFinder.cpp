@@ -20,7 +20,7 @@ void OmBsdlFinder::StartSearch() {
     auto thread = std::make_unique<OmBsdlFinderThread>(idcode_, directories_, handler_);
     OmBsdlSearchFlags::Begin();
     if (thread->Create() == wxTHREAD_NO_ERROR && thread->Run() == wxTHREAD_NO_ERROR) {
-        thread.release(); // runs, and deletes itself
+        (void)thread.release(); // runs, and deletes itself
         return;
     }
     OmBsdlSearchFlags::Finish();

@@ -145,8 +145,10 @@ void OmBsdlFinderThread::SearchTree(const wxString& root) {
 
 // Links can lead back up, and two of them make a tree of no end: each folder is searched once.
 bool OmBsdlFinderThread::IsNew(const wxString& folder) {
+    using Character = std::filesystem::path::value_type; // wide on some hosts, and so is fn_str
+    const std::filesystem::path path = static_cast<const Character*>(folder.fn_str());
     std::error_code error;
-    const auto real = std::filesystem::canonical(folder.fn_str().data(), error);
+    const auto real = std::filesystem::canonical(path, error);
     return error || entered_.insert(real).second;
 }
 
