@@ -11,7 +11,7 @@
 
 class OmCommandBuffer {
   public:
-    static constexpr size_t kCapacity = 64 * 1024;
+    static constexpr size_t kCapacity = size_t{64} * 1024;
 
     void Clear() { used_ = 0; }
 

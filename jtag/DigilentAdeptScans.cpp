@@ -9,9 +9,6 @@
 
 namespace {
 
-// Payload that one USB transfer is reckoned with when batches are sized.
-constexpr float kTransferBytes = 1014.0F;
-
 // Kept between calls for their storage; process-wide, since there is only ever one cable, and one
 // scan at a time.
 OmTmsTdiPairs drPairs;
@@ -139,9 +136,5 @@ void OmDigilentAdept::ScanBatch(std::span<const OmScanVector> vectors, OmCapture
 
 void OmDigilentAdept::GetVectorsPerTransfer(uint32_t bits, float* reading, float* blind,
                                             float* status) {
-    OmJtagHAL::GetVectorsPerTransfer(bits, nullptr, nullptr, status);
-    for (float* result : {reading, blind}) {
-        if (result)
-            *result = kTransferBytes / static_cast<float>(bits / 4 + 3);
-    }
+    GetPairVectorsPerTransfer(bits, reading, blind, status);
 }

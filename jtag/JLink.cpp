@@ -30,9 +30,6 @@ struct OmJLink::Arrays {
 
 namespace {
 
-// Payload that one USB transfer is reckoned with when batches are sized.
-constexpr float kTransferBytes = 1014.0F;
-
 // Process-wide, since the library's callbacks carry no context.
 bool errorFlag = false;
 std::wstring errorText;
@@ -216,9 +213,5 @@ void OmJLink::ScanBatch(std::span<const OmScanVector> vectors, OmCapturedList* c
 }
 
 void OmJLink::GetVectorsPerTransfer(uint32_t bits, float* reading, float* blind, float* status) {
-    OmJtagHAL::GetVectorsPerTransfer(bits, nullptr, nullptr, status);
-    for (float* result : {reading, blind}) {
-        if (result)
-            *result = kTransferBytes / static_cast<float>(bits / 4 + 3);
-    }
+    GetPairVectorsPerTransfer(bits, reading, blind, status);
 }

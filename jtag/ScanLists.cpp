@@ -4,6 +4,13 @@
 
 #include <algorithm>
 
+namespace {
+
+// Payload that one USB transfer is reckoned with.
+constexpr float kTransferBytes = 1014.0F;
+
+} // namespace
+
 void RequireBits(const OmBitVector& in) {
     if (in.empty())
         throw OmException(L"A JTAG scan of no bits was asked for.");
@@ -23,4 +30,14 @@ size_t CountBlindHead(const OmScanList& vectors) {
     const auto first = std::find_if(vectors.begin(), vectors.end(),
                                     [](const OmScanVector& vector) { return vector.capture; });
     return static_cast<size_t>(first - vectors.begin());
+}
+
+void GetPairVectorsPerTransfer(uint32_t bits, float* reading, float* blind, float* status) {
+    const uint32_t bytesPerVector = bits / 4 + 3;
+    for (float* result : {reading, blind}) {
+        if (result)
+            *result = kTransferBytes / static_cast<float>(bytesPerVector);
+    }
+    if (status)
+        *status = -1.0F;
 }

@@ -1,9 +1,9 @@
 #include "jtag/DigilentAdept.h"
 
 #include "jtag/CableFactory.h"
-#include "jtag/Exception.h"
 #include "tests/jtag/FakeDigilent.h"
 #include "tests/jtag/LogCollector.h"
+#include "tests/jtag/ScanHelpers.h"
 
 #include <functional>
 #include <gtest/gtest.h>
@@ -24,15 +24,6 @@ class DigilentScan : public testing::Test {
     void SetUp() override {
         ASSERT_TRUE(cable.Initialize("Basys"));
         library.TakeCalls();
-    }
-
-    std::wstring MessageOf(const std::function<void()>& action) {
-        try {
-            action();
-        } catch (const OmException& error) {
-            return error.GetText();
-        }
-        return L"(nothing thrown)";
     }
 
     FakeDigilent library;
@@ -262,7 +253,7 @@ TEST_F(DigilentScan, ScanDrAcrossBytes) {
     OmBitVector out;
     cable.ScanDR({1, 0, 0, 0, 0, 0, 0, 0, 0}, &out, 1, 1);
     EXPECT_EQ(library.calls, Calls{"DpcPutTmsTdiBits 14 tdo 57 00 80 07"});
-    EXPECT_EQ(BitsToText(out, OmBitOrder::LowestFirst), "111111110");
+    EXPECT_EQ(InShiftOrder(out), "111111110");
 }
 
 TEST_F(DigilentScan, WithoutAnOutNothingIsRead) {
@@ -315,7 +306,7 @@ TEST_F(DigilentScan, ScanIrAcrossBytes) {
     cable.ScanIR({1, 0, 0, 0, 0, 0, 0, 1, 'X'}, &out, 1, 1);
     EXPECT_EQ(library.calls, (Calls{"DpcPutTmsTdiBits 3 1F", "DpcPutTdiBits 9 tms 0 tdo 03 01",
                                     "DpcPutTmsTdiBits 3 1E"}));
-    EXPECT_EQ(BitsToText(out, OmBitOrder::LowestFirst), "000000001");
+    EXPECT_EQ(InShiftOrder(out), "000000001");
 }
 
 TEST_F(DigilentScan, BlindBatchIsOneCallWithoutTdo) {

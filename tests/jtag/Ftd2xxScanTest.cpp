@@ -1,7 +1,7 @@
 #include "jtag/Ftd2xx.h"
 
-#include "jtag/Exception.h"
 #include "tests/jtag/FakeD2xx.h"
+#include "tests/jtag/ScanHelpers.h"
 #include "tests/support/VirtualClock.h"
 
 #include <functional>
@@ -26,15 +26,6 @@ class Ftd2xxScan : public testing::Test {
     void ForgetTraffic() {
         d2xx.TakeCalls();
         d2xx.TakeWrites();
-    }
-
-    std::wstring MessageOf(const std::function<void()>& action) {
-        try {
-            action();
-        } catch (const OmException& error) {
-            return error.GetText();
-        }
-        return L"(nothing thrown)";
     }
 
     FakeD2xx d2xx;
@@ -65,22 +56,12 @@ const WalkCase kWalks[] = {
     {true, 2, 0, {0x4B, 0x01, 0x81}, kToPause},  {true, -1, -1, {0x4B, 0x01, 0x81}, kToPause},
 };
 
-Bytes operator+(const Bytes& one, const Bytes& other) {
-    Bytes joined = one;
-    joined.insert(joined.end(), other.begin(), other.end());
-    return joined;
-}
-
 struct LengthCase {
     const char* in; // leftmost is shifted first
     Bytes body;
     Bytes answer;
     const char* out;
 };
-
-OmBitVector Shifted(const std::string& text) {
-    return BitsFromText(std::string(text.rbegin(), text.rend()));
-}
 
 // Vectors of one length with these flags.
 OmScanList Batch(const std::string& bits, const std::vector<bool>& captures) {
@@ -136,7 +117,7 @@ TEST_F(Ftd2xxScan, ScansOfManyLengths) {
         cable.ScanDR(Shifted(row.in), &out, 1, 1);
         const Bytes program = Bytes{0x4B, 0x02, 0x81} + row.body + Bytes{0x4B, 0x01, 0x01, 0x87};
         EXPECT_EQ(d2xx.TakeWrites(), std::vector<Bytes>{program}) << row.in;
-        EXPECT_EQ(BitsToText(out, OmBitOrder::LowestFirst), row.out) << row.in;
+        EXPECT_EQ(InShiftOrder(out), row.out) << row.in;
         EXPECT_TRUE(d2xx.queue.empty()) << row.in;
     }
 }
@@ -377,7 +358,7 @@ TEST_F(Ftd2xxScan, ShortReadsAreWaitedFor) {
     d2xx.readLimit = 1;
     OmBitVector out;
     cable.ScanDR(OmBitVector(12, 0), &out, 1, 1);
-    EXPECT_EQ(BitsToText(out, OmBitOrder::LowestFirst), "111111110001");
+    EXPECT_EQ(InShiftOrder(out), "111111110001");
     EXPECT_EQ(d2xx.calls,
               (Calls{"FT_GetQueueStatus", "FT_Write 16", "FT_Read 3", "FT_Read 2", "FT_Read 1"}));
     EXPECT_EQ(clock.sleptMilliseconds, 20U);

@@ -1,9 +1,9 @@
 #include "jtag/JLink.h"
 
 #include "jtag/CableFactory.h"
-#include "jtag/Exception.h"
 #include "tests/jtag/FakeJLink.h"
 #include "tests/jtag/LogCollector.h"
+#include "tests/jtag/ScanHelpers.h"
 
 #include <functional>
 #include <gtest/gtest.h>
@@ -31,15 +31,6 @@ class JLinkScan : public testing::Test {
     void SetUp() override {
         ASSERT_TRUE(cable.Initialize(0, "", 0, 6000000));
         library.TakeCalls();
-    }
-
-    std::wstring MessageOf(const std::function<void()>& action) {
-        try {
-            action();
-        } catch (const OmException& error) {
-            return error.GetText();
-        }
-        return L"(nothing thrown)";
     }
 
     FakeJLink library;
@@ -262,7 +253,7 @@ TEST_F(JLinkScan, ScanAcrossBytes) {
     OmBitVector out;
     cable.ScanDR({1, 0, 0, 'X', 'Z', 2, 0, 1, 0}, &out, 1, 1);
     EXPECT_EQ(library.calls.back(), "StoreGetRaw 14 tms 01 18 tdi 0F 34");
-    EXPECT_EQ(BitsToText(out, OmBitOrder::LowestFirst), "111111110");
+    EXPECT_EQ(InShiftOrder(out), "111111110");
 }
 
 TEST_F(JLinkScan, ShorterScanBehindALongerOneIsClean) {

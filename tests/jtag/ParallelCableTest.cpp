@@ -1,9 +1,9 @@
 #include "jtag/ParallelPods.h"
 
 #include "jtag/CableFactory.h"
-#include "jtag/Exception.h"
 #include "tests/jtag/FakePortDriver.h"
 #include "tests/jtag/LogCollector.h"
+#include "tests/jtag/ScanHelpers.h"
 #include "tests/support/VirtualClock.h"
 
 #include <functional>
@@ -37,15 +37,6 @@ struct OpenPod {
 };
 
 using OpenXilinx = OpenPod<OmXilinxParallelCable3>;
-
-std::wstring MessageOf(const std::function<void()>& action) {
-    try {
-        action();
-    } catch (const OmException& error) {
-        return error.GetText();
-    }
-    return L"(nothing thrown)";
-}
 
 struct PinCase {
     OmCableType type;

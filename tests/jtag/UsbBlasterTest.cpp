@@ -1,19 +1,15 @@
 #include "jtag/UsbBlaster.h"
 
 #include "jtag/CableFactory.h"
-#include "jtag/Exception.h"
-#include "tests/jtag/FakeD2xx.h"
+#include "tests/jtag/FakeUsbBlaster.h"
 #include "tests/jtag/LogCollector.h"
 #include "tests/support/VirtualClock.h"
 
-#include <functional>
 #include <gtest/gtest.h>
 
 namespace {
 
 using Calls = std::vector<std::string>;
-
-constexpr uint32_t kBlasterId = 0x09FB6001;
 
 constexpr const char* kRequired[] = {
     "FT_CreateDeviceInfoList",
@@ -30,82 +26,6 @@ constexpr const char* kRequired[] = {
     "FT_Write",
     "FT_Read",
 };
-
-// One USB-Blaster behind the vendor's private library.
-class UsbBlasterD2xx : public FakeD2xx {
-  public:
-    UsbBlasterD2xx() {
-        libraries = {"usbblstr32.dll"};
-        devices = {{"USB-Blaster", "91D28408", 5, 0, kBlasterId}};
-    }
-};
-
-class UsbBlasterScan : public testing::Test {
-  protected:
-    void SetUp() override {
-        ASSERT_TRUE(cable.Initialize("USB-Blaster", ""));
-        d2xx.TakeCalls();
-        d2xx.TakeWrites();
-        clock.sleptMilliseconds = 0;
-    }
-
-    std::wstring MessageOf(const std::function<void()>& action) {
-        try {
-            action();
-        } catch (const OmException& error) {
-            return error.GetText();
-        }
-        return L"(nothing thrown)";
-    }
-
-    UsbBlasterD2xx d2xx;
-    VirtualClock clock;
-    OmUsbBlaster cable;
-};
-
-Bytes operator+(const Bytes& one, const Bytes& other) {
-    Bytes joined = one;
-    joined.insert(joined.end(), other.begin(), other.end());
-    return joined;
-}
-
-struct WalkCase {
-    bool instruction;
-    int from;
-    int to;
-    const char* in; // pin states as characters
-    const char* out;
-};
-
-constexpr WalkCase kWalks[] = {
-    {false, 0, 1, "<=>?<=<=<", ">?<=<"}, {false, 0, 0, "<=>?<=<=<", "<=<"},
-    {false, 0, 2, "<=>?<=<=<", "<=<"},   {false, 1, 1, ">?<=<=<", ">?<=<"},
-    {false, 1, 0, ">?<=<=<", "<=<"},     {false, 1, 2, ">?<=<=<", "<=<"},
-    {false, 2, 1, ">?<=<", ">?<=<"},     {false, 2, 0, ">?<=<", "<=<"},
-    {false, 9, 9, ">?<=<", "<=<"},       {true, 0, 1, "<=>?>?<=<=<", ">?<=<"},
-    {true, 0, 0, "<=>?>?<=<=<", "<=<"},  {true, 0, 2, "<=>?>?<=<=<", "<=<"},
-    {true, 1, 1, ">?>?<=<=<", ">?<=<"},  {true, 1, 0, ">?>?<=<=<", "<=<"},
-    {true, 1, 2, ">?>?<=<=<", "<=<"},    {true, 2, 1, ">?<=<", ">?<=<"},
-    {true, 2, 0, ">?<=<", "<=<"},        {true, -1, -1, ">?<=<", "<=<"},
-};
-
-Bytes Pins(const std::string& states) {
-    return {states.begin(), states.end()};
-}
-
-const Bytes kFromIdle = Pins(">?<=<=<");
-const Bytes kToIdle = Pins(">?<=<");
-
-struct LengthCase {
-    const char* in; // leftmost is shifted first
-    Bytes body;
-    Bytes answer;
-    const char* out;
-};
-
-OmBitVector Shifted(const std::string& text) {
-    return BitsFromText(std::string(text.rbegin(), text.rend()));
-}
 
 struct ChoiceCase {
     const char* name;
@@ -133,7 +53,7 @@ TEST(UsbBlaster, HasAFixedFrequencyAndNoBatching) {
 }
 
 TEST(UsbBlaster, VendorsOwnLibraryGoesFirst) {
-    UsbBlasterD2xx d2xx;
+    FakeUsbBlaster d2xx;
     d2xx.libraries = {"usbblstr32.dll", "ftd2xx.dll"};
     OmUsbBlaster cable;
     LogCollector log;
@@ -147,7 +67,7 @@ TEST(UsbBlaster, VendorsOwnLibraryGoesFirst) {
 }
 
 TEST(UsbBlaster, GeneralLibraryGoesSecond) {
-    UsbBlasterD2xx d2xx;
+    FakeUsbBlaster d2xx;
     d2xx.libraries = {"ftd2xx.dll"};
     OmUsbBlaster cable;
     LogCollector log;
@@ -159,7 +79,7 @@ TEST(UsbBlaster, GeneralLibraryGoesSecond) {
 }
 
 TEST(UsbBlaster, FailsWithoutEitherLibrary) {
-    UsbBlasterD2xx d2xx;
+    FakeUsbBlaster d2xx;
     d2xx.libraries.clear();
     OmUsbBlaster cable;
     LogCollector log;
@@ -171,7 +91,7 @@ TEST(UsbBlaster, FailsWithoutEitherLibrary) {
 
 TEST(UsbBlaster, EveryEntryPointIsRequired) {
     for (const char* name : kRequired) {
-        UsbBlasterD2xx d2xx;
+        FakeUsbBlaster d2xx;
         d2xx.libraries = {"usbblstr32.dll", "ftd2xx.dll"};
         d2xx.missing = name;
         OmUsbBlaster cable;
@@ -188,14 +108,14 @@ TEST(UsbBlaster, EveryEntryPointIsRequired) {
 }
 
 TEST(UsbBlaster, NeedsNoFunctionOfAnotherCable) {
-    UsbBlasterD2xx d2xx;
+    FakeUsbBlaster d2xx;
     d2xx.missing = "FT_GetDeviceInfo";
     OmUsbBlaster cable;
     EXPECT_TRUE(cable.Load());
 }
 
 TEST(UsbBlaster, InitializesInOneOrderOfCalls) {
-    UsbBlasterD2xx d2xx;
+    FakeUsbBlaster d2xx;
     VirtualClock clock;
     LogCollector log;
     {
@@ -217,7 +137,7 @@ TEST(UsbBlaster, InitializesInOneOrderOfCalls) {
 }
 
 TEST(UsbBlaster, ResyncIs37PairsAndALowByteWithTmsHigh) {
-    UsbBlasterD2xx d2xx;
+    FakeUsbBlaster d2xx;
     VirtualClock clock;
     OmUsbBlaster cable;
     ASSERT_TRUE(cable.Initialize("USB-Blaster", ""));
@@ -229,7 +149,7 @@ TEST(UsbBlaster, ResyncIs37PairsAndALowByteWithTmsHigh) {
 }
 
 TEST(UsbBlaster, NothingStaleIsLeftInTheQueue) {
-    UsbBlasterD2xx d2xx;
+    FakeUsbBlaster d2xx;
     d2xx.Answer({1, 0, 1});
     VirtualClock clock;
     OmUsbBlaster cable;
@@ -239,7 +159,7 @@ TEST(UsbBlaster, NothingStaleIsLeftInTheQueue) {
 }
 
 TEST(UsbBlaster, FailedResyncClosesTheDevice) {
-    UsbBlasterD2xx d2xx;
+    FakeUsbBlaster d2xx;
     d2xx.Fail("FT_Write");
     VirtualClock clock;
     OmUsbBlaster cable;
@@ -255,7 +175,7 @@ TEST(UsbBlaster, FailedResyncClosesTheDevice) {
 }
 
 TEST(UsbBlaster, StaleBytesThatNeverComeCloseTheDevice) {
-    UsbBlasterD2xx d2xx;
+    FakeUsbBlaster d2xx;
     d2xx.waiting = 2;
     VirtualClock clock;
     OmUsbBlaster cable;
@@ -271,7 +191,7 @@ TEST(UsbBlaster, StaleBytesThatNeverComeCloseTheDevice) {
 
 TEST(UsbBlaster, FailureToListOrOpenIsFalse) {
     for (const char* call : {"FT_CreateDeviceInfoList", "FT_GetDeviceInfoDetail", "FT_OpenEx"}) {
-        UsbBlasterD2xx d2xx;
+        FakeUsbBlaster d2xx;
         d2xx.Fail(call);
         VirtualClock clock;
         OmUsbBlaster cable;
@@ -284,7 +204,7 @@ TEST(UsbBlaster, FailureToListOrOpenIsFalse) {
 TEST(UsbBlaster, FailureOfATuningCallIsIgnored) {
     for (const char* call : {"FT_ResetDevice", "FT_Purge", "FT_SetLatencyTimer", "FT_SetBaudRate",
                              "FT_SetBitMode", "FT_GetQueueStatus"}) {
-        UsbBlasterD2xx d2xx;
+        FakeUsbBlaster d2xx;
         d2xx.Fail(call);
         VirtualClock clock;
         OmUsbBlaster cable;
@@ -320,7 +240,7 @@ TEST(UsbBlaster, ChoosesTheStoredDeviceOrTheFirstFreeOne) {
         {"gone: none of the vendor", {{"Other", "0", 6, 0, 0x04036010}}, "Gone", "", ""},
     };
     for (const ChoiceCase& row : cases) {
-        UsbBlasterD2xx d2xx;
+        FakeUsbBlaster d2xx;
         d2xx.devices = row.devices;
         VirtualClock clock;
         OmUsbBlaster cable;
@@ -335,7 +255,7 @@ TEST(UsbBlaster, ChoosesTheStoredDeviceOrTheFirstFreeOne) {
 }
 
 TEST(UsbBlaster, ListsThoseOfTheVendorAndLogsTheLibrarysCount) {
-    UsbBlasterD2xx d2xx;
+    FakeUsbBlaster d2xx;
     d2xx.devices = {{"USB-Blaster", "1", 5, 1, kBlasterId},
                     {"Dual RS232 A", "2", 4, 0, 0x04036010},
                     {"", "3", 5, 0, kBlasterId},
@@ -358,7 +278,7 @@ TEST(UsbBlaster, ListsThoseOfTheVendorAndLogsTheLibrarysCount) {
 }
 
 TEST(UsbBlaster, FactoryOpensItFromTheSettings) {
-    UsbBlasterD2xx d2xx;
+    FakeUsbBlaster d2xx;
     d2xx.devices.push_back({"USB-Blaster", "2", 5, 0, kBlasterId});
     VirtualClock clock;
     LogCollector log;
@@ -370,154 +290,4 @@ TEST(UsbBlaster, FactoryOpensItFromTheSettings) {
     EXPECT_EQ(d2xx.Count("FT_OpenEx '2' 1"), 1);
     EXPECT_TRUE(log.text.starts_with(L"Creating cable object  ALTERA_USB_BLASTER\n"
                                      L"Creating OmUsbBlaster\n"));
-}
-
-TEST_F(UsbBlasterScan, ResetTapIsFiveHighClocksAndALowOne) {
-    cable.ResetTap();
-    EXPECT_EQ(d2xx.writes, std::vector<Bytes>{Pins(">?>?>?>?>?<=<")});
-    EXPECT_EQ(d2xx.calls, Calls{"FT_Write 13"});
-}
-
-TEST_F(UsbBlasterScan, WalksFromEveryStartToEveryEnd) {
-    for (const WalkCase& row : kWalks) {
-        d2xx.Answer({0xFE, 0x01}); // only bit 0 counts
-        OmBitVector out{9, 9, 9};
-        if (row.instruction)
-            cable.ScanIR({0, 1}, &out, row.from, row.to);
-        else
-            cable.ScanDR({0, 1}, &out, row.from, row.to);
-        const Bytes program = Pins(row.in) + Bytes{0x2C, 0x6D, 0x3E, 0x7F} + Pins(row.out);
-        EXPECT_EQ(d2xx.TakeWrites(), std::vector<Bytes>{program})
-            << row.instruction << row.from << row.to;
-        EXPECT_EQ(out, (OmBitVector{0, 1})) << row.instruction << row.from << row.to;
-    }
-}
-
-TEST_F(UsbBlasterScan, ScansOfManyLengths) {
-    const LengthCase cases[] = {
-        {"1", {0x3E, 0x7F}, {0x01}, "1"},
-        {"0", {0x2E, 0x6F}, {0x00}, "0"},
-        {"10000010",
-         {0x3C, 0x7D, 0x2C, 0x6D, 0x2C, 0x6D, 0x2C, 0x6D, //
-          0x2C, 0x6D, 0x2C, 0x6D, 0x3C, 0x7D, 0x2E, 0x6F},
-         {1, 1, 0, 0, 0, 0, 0, 1},
-         "11000001"},
-        {"110000101", {0xC1, 0x43, 0x3E, 0x7F}, {0xA5, 0x00}, "101001010"},
-        {"11111111010",
-         {0xC1, 0xFF, 0x2C, 0x6D, 0x3C, 0x7D, 0x2E, 0x6F},
-         {0x80, 1, 0, 1},
-         "00000001101"},
-    };
-    for (const LengthCase& row : cases) {
-        d2xx.Answer(row.answer);
-        OmBitVector out;
-        cable.ScanDR(Shifted(row.in), &out, 1, 1);
-        const Bytes program = kFromIdle + row.body + kToIdle;
-        EXPECT_EQ(d2xx.TakeWrites(), std::vector<Bytes>{program}) << row.in;
-        EXPECT_EQ(BitsToText(out, OmBitOrder::LowestFirst), row.out) << row.in;
-        EXPECT_TRUE(d2xx.queue.empty()) << row.in;
-    }
-}
-
-TEST_F(UsbBlasterScan, RunsHoldAtMost63Bytes) {
-    d2xx.queue.assign(65, 0xFF);
-    OmBitVector out;
-    cable.ScanDR(OmBitVector(513, 1), &out, 1, 1);
-    const Bytes program =
-        kFromIdle + Bytes{0xFF} + Bytes(63, 0xFF) + Bytes{0xC1, 0xFF} + Bytes{0x3E, 0x7F} + kToIdle;
-    EXPECT_EQ(d2xx.writes, std::vector<Bytes>{program});
-    EXPECT_EQ(d2xx.calls, (Calls{"FT_GetQueueStatus", "FT_Write 80", "FT_Read 65"}));
-    EXPECT_EQ(out, OmBitVector(513, 1));
-}
-
-TEST_F(UsbBlasterScan, WithoutAnOutNothingIsRead) {
-    cable.ScanDR(Shifted("11111111010"), nullptr, 1, 1);
-    const Bytes program =
-        kFromIdle + Bytes{0x81, 0xFF, 0x2C, 0x2D, 0x3C, 0x3D, 0x2E, 0x2F} + kToIdle;
-    EXPECT_EQ(d2xx.writes, std::vector<Bytes>{program});
-    EXPECT_EQ(d2xx.calls, (Calls{"FT_GetQueueStatus", "FT_Write 20"}));
-}
-
-TEST_F(UsbBlasterScan, OnlyExactlyOneIsShiftedAsOne) {
-    cable.ScanDR({'X', 'Z', 2, 1, 0xFF, 1, 0, '1', 'X', 1, 'Z'}, nullptr, 1, 1);
-    const Bytes program =
-        kFromIdle + Bytes{0x81, 0x28, 0x2C, 0x2D, 0x3C, 0x3D, 0x2E, 0x2F} + kToIdle;
-    EXPECT_EQ(d2xx.writes, std::vector<Bytes>{program});
-}
-
-TEST_F(UsbBlasterScan, BatchIsOneScanAfterTheOther) {
-    d2xx.Answer({0x01});
-    OmCapturedList captured{{1, 1}};
-    cable.ScanVectors({{{1}, false}, {{0}, true}, {{1}, false}}, &captured);
-    EXPECT_EQ(d2xx.writes, (std::vector<Bytes>{kFromIdle + Bytes{0x3E, 0x3F} + kToIdle,
-                                               kFromIdle + Bytes{0x2E, 0x6F} + kToIdle,
-                                               kFromIdle + Bytes{0x3E, 0x3F} + kToIdle}));
-    EXPECT_EQ(captured, OmCapturedList{{1}});
-    EXPECT_EQ(d2xx.Count("FT_Read"), 1);
-}
-
-TEST_F(UsbBlasterScan, WithoutAListFlagsAskForNothing) {
-    cable.ScanVectors({{{1}, true}}, nullptr);
-    EXPECT_EQ(d2xx.calls, (Calls{"FT_GetQueueStatus", "FT_Write 14"}));
-}
-
-TEST_F(UsbBlasterScan, EmptyBatchSendsNothing) {
-    OmCapturedList captured{{1}};
-    cable.ScanVectors({}, &captured);
-    EXPECT_TRUE(captured.empty());
-    EXPECT_TRUE(d2xx.calls.empty());
-}
-
-TEST_F(UsbBlasterScan, TooLongAScanIsRefusedUnsent) {
-    // 65522 bytes hold 1023 full runs of 64 bytes, and 50 bytes more in one of 49.
-    const size_t longest = 8 * (1023 * 63 + 49) + 1;
-    cable.ScanDR(OmBitVector(longest, 1), nullptr, 1, 1);
-    EXPECT_EQ(d2xx.TakeWrites().at(0).size(), 65536U);
-    EXPECT_EQ(MessageOf([&] { cable.ScanDR(OmBitVector(longest + 1, 1), nullptr, 1, 1); }),
-              L"The JTAG chain is too long for this cable.");
-    EXPECT_TRUE(d2xx.writes.empty());
-}
-
-TEST_F(UsbBlasterScan, RefusesAScanOfNoBits) {
-    OmBitVector out;
-    EXPECT_EQ(MessageOf([&] { cable.ScanDR({}, &out, 1, 1); }),
-              L"A JTAG scan of no bits was asked for.");
-    EXPECT_TRUE(d2xx.calls.empty());
-}
-
-TEST_F(UsbBlasterScan, EachFailedCallIsAConnectionErrorAndTheNextAttemptWorks) {
-    const std::function<void()> scans[] = {
-        [this] {
-            OmBitVector out;
-            d2xx.queue.assign(2, 0);
-            cable.ScanDR(OmBitVector(9, 1), &out, 1, 1);
-        },
-        [this] {
-            OmBitVector out;
-            d2xx.queue.assign(2, 0);
-            cable.ScanIR(OmBitVector(9, 1), &out, 1, 1);
-        },
-        [this] {
-            OmCapturedList captured;
-            d2xx.queue.assign(2, 0);
-            cable.ScanVectors({{OmBitVector(9, 1), true}}, &captured);
-        },
-    };
-    for (const char* call : {"FT_GetQueueStatus", "FT_Write", "FT_Read"}) {
-        for (const auto& scan : scans) {
-            d2xx.Fail(call);
-            EXPECT_EQ(MessageOf(scan), L"JTAG connection error") << call;
-            d2xx.Fail("");
-            EXPECT_EQ(MessageOf(scan), L"(nothing thrown)") << call;
-        }
-    }
-    d2xx.Fail("FT_Write");
-    EXPECT_EQ(MessageOf([this] { cable.ResetTap(); }), L"JTAG connection error");
-}
-
-TEST_F(UsbBlasterScan, ReadGivesUpAfter31Rounds) {
-    OmBitVector out;
-    EXPECT_EQ(MessageOf([&] { cable.ScanDR({1, 0}, &out, 1, 1); }), L"JTAG connection error");
-    EXPECT_EQ(d2xx.Count("FT_Read"), 31);
-    EXPECT_EQ(clock.sleptMilliseconds, 300U);
 }
