@@ -56,6 +56,8 @@ class Board : private ChainObserver {
 
     PodDescription& Pods() { return pods_; }
 
+    const PodDescription& Pods() const { return pods_; }
+
     Wiring& Nets() { return wiring_; }
 
     size_t FlashCount() const { return sockets_.size(); }

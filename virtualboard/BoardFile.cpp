@@ -161,14 +161,20 @@ class Reader {
     }
 
     static PodType PodTypeNamed(const std::string& name) {
-        if (name == "FT2232H")
-            return PodType::Ft2232H;
-        if (name == "FT2232C")
-            return PodType::Ft2232C;
-        if (name == "FT232R")
-            return PodType::Ft232R;
-        if (name == "other")
-            return PodType::Other;
+        struct TypeName {
+            const char* name;
+            PodType type;
+        };
+
+        constexpr TypeName kTypes[] = {
+            {"FT2232H", PodType::Ft2232H}, {"FT2232C", PodType::Ft2232C},
+            {"FT232R", PodType::Ft232R},   {"USB-Blaster", PodType::UsbBlaster},
+            {"J-Link", PodType::JLink},    {"Digilent", PodType::Digilent},
+            {"other", PodType::Other},
+        };
+        for (const TypeName& row : kTypes)
+            if (name == row.name)
+                return row.type;
         throw std::runtime_error("no pod type is called '" + name + "'");
     }
 

@@ -8,7 +8,7 @@
 
 namespace vb {
 
-enum class PodType { Ft2232H, Ft2232C, Ft232R, Other };
+enum class PodType { Ft2232H, Ft2232C, Ft232R, UsbBlaster, JLink, Digilent, Other };
 
 struct PodEntry {
     PodType type = PodType::Ft2232H;

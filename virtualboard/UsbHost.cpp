@@ -2,6 +2,7 @@
 
 #include "virtualboard/CurrentBoard.h"
 #include "virtualboard/Mpsse.h"
+#include "virtualboard/UsbBlaster.h"
 
 #include <algorithm>
 #include <utility>
@@ -12,14 +13,19 @@ namespace {
 
 constexpr uint8_t kBitModeMpsse = 2;
 
+constexpr uint32_t kFtdiDualPort = 0x04036010;
+constexpr uint32_t kUsbBlaster = 0x09FB6001;
+
 // Shorter pauses between two calls are the program's work, longer ones its sleeps.
 constexpr std::chrono::milliseconds kLeastSleep(8);
 
 } // namespace
 
+// Pods of other vendors are on the bus too, but their libraries see to them.
 UsbHost::UsbHost(Board& board) : board_(board) {
     for (const PodEntry& entry : board.Pods().entries)
-        devices_.push_back({entry, false, false, nullptr});
+        if (entry.type != PodType::JLink && entry.type != PodType::Digilent)
+            devices_.push_back({entry, false, false, nullptr});
 }
 
 uint32_t UsbHost::TypeOf(const UsbDevice& device) {
@@ -33,6 +39,10 @@ uint32_t UsbHost::TypeOf(const UsbDevice& device) {
     default:
         return kTypeBm;
     }
+}
+
+uint32_t UsbHost::IdOf(const UsbDevice& device) {
+    return device.entry.type == PodType::UsbBlaster ? kUsbBlaster : kFtdiDualPort;
 }
 
 uint32_t UsbHost::BeginCall(const char* function) {
@@ -64,6 +74,8 @@ void UsbHost::CountIdleTime() {
 }
 
 std::unique_ptr<PodEngine> UsbHost::MakeEngine(const PodEntry& entry) {
+    if (entry.type == PodType::UsbBlaster)
+        return std::make_unique<UsbBlaster>(board_, entry.onThisBoard);
     return std::make_unique<Mpsse>(board_, entry.type == PodType::Ft2232H, entry.onThisBoard,
                                    entry.returnClock);
 }
@@ -108,14 +120,19 @@ uint32_t UsbHost::SetBitMode(UsbDevice& device, uint8_t mode) {
     return kUsbOk;
 }
 
-// Outside MPSSE mode the bytes leave through the serial side, which leads nowhere.
+// A USB-Blaster's CPLD listens always. The other parts' bytes, outside MPSSE mode, leave through
+// the serial side, which leads nowhere.
+bool UsbHost::EngineRuns(const UsbDevice& device) {
+    return device.mpsseMode || device.entry.type == PodType::UsbBlaster;
+}
+
 uint32_t UsbHost::Write(UsbDevice& device, std::span<const uint8_t> bytes) {
     if (unplugged_)
         return kUsbIoError;
     Traffic& traffic = board_.PodTraffic();
     ++traffic.writeCalls;
     traffic.bytesWritten += bytes.size();
-    if (device.mpsseMode)
+    if (EngineRuns(device))
         device.engine->Write(bytes);
     return kUsbOk;
 }

@@ -40,7 +40,7 @@ enum class OpenBy : uint32_t { Serial = 1, Description = 2 };
 struct UsbDevice {
     PodEntry entry;
     bool open = false;
-    bool mpsseMode = false;
+    bool mpsseMode = false; // of the parts that have one
     std::unique_ptr<PodEngine> engine;
 };
 
@@ -57,6 +57,9 @@ class UsbHost {
     UsbDevice& Device(size_t index) { return devices_[index]; }
 
     static uint32_t TypeOf(const UsbDevice& device);
+    static uint32_t IdOf(const UsbDevice& device); // USB vendor above, product below
+
+    bool Unplugged() const { return unplugged_; }
 
     uint32_t Open(OpenBy by, const std::string& text, UsbDevice*& device);
     // Null if `handle` is no open device of this host.
@@ -73,6 +76,7 @@ class UsbHost {
   private:
     using SteadyTime = std::chrono::steady_clock::time_point;
 
+    static bool EngineRuns(const UsbDevice& device);
     std::unique_ptr<PodEngine> MakeEngine(const PodEntry& entry);
     void CountIdleTime();
     void CountLatency(UsbDevice& device);

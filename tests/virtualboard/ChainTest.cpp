@@ -154,10 +154,11 @@ TEST(Chain, CountsScansAndCycles) {
     vb::Board& board = vb::BoardBuilder().Devices(1).Build().Install();
     TestPod pod;
     board.ClearStatistics();
-    pod.ResetTap();              // 6 cycles
-    pod.ScanIr("1111");          // 4 + 4 + 1... Run-Test/Idle to Shift-IR, bits, to Run-Test/Idle
-    pod.ScanDr("1010101010101"); // 3 + 13 + 2
+    pod.ResetTap();
+    pod.ScanIr("1111");
+    pod.ScanDr("1010101010101");
     EXPECT_EQ(board.Chain().InstructionScans(), 1u);
     EXPECT_EQ(board.Chain().DataScans(), 1u);
+    // Six for the reset; then the way to the shift state, the bits, and two to Run-Test/Idle.
     EXPECT_EQ(board.Clock().Cycles(), 6u + (4 + 4 + 2) + (3 + 13 + 2));
 }

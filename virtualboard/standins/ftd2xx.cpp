@@ -1,5 +1,6 @@
 // Stand-in for FTDI's D2XX library: the vendor's C functions on the virtual board. Types as in the
-// D2XX programmer's guide; on Linux a DWORD has 32 bits.
+// D2XX programmer's guide; on Linux a DWORD has 32 bits. The USB-Blaster's private copy of the
+// library is built from this file too.
 
 #include "virtualboard/UsbHost.h"
 
@@ -20,7 +21,6 @@ constexpr size_t kDescriptionSize = 64;
 
 constexpr uint32_t kFlagOpen = 1;
 constexpr uint32_t kFlagHighSpeed = 2;
-constexpr uint32_t kProductId2232 = 0x04036010;
 
 void CopyText(const std::string& text, void* to, size_t size) {
     if (!to)
@@ -74,7 +74,7 @@ EXPORT Status FT_GetDeviceInfoDetail(uint32_t index, uint32_t* flags, uint32_t* 
     const bool highSpeed = vb::UsbHost::TypeOf(device) == vb::kType2232H;
     Store(flags, (open ? kFlagOpen : 0) | (highSpeed ? kFlagHighSpeed : 0));
     Store(type, vb::UsbHost::TypeOf(device));
-    Store(id, kProductId2232);
+    Store(id, vb::UsbHost::IdOf(device));
     Store(location, index + 1);
     CopyText(device.entry.serial, serial, kSerialSize);
     CopyText(device.entry.description, description, kDescriptionSize);
@@ -86,7 +86,7 @@ EXPORT Status FT_GetDeviceInfo(Handle handle, uint32_t* type, uint32_t* id, char
                                char* description, void*) {
     return OnDevice("FT_GetDeviceInfo", handle, [&](vb::UsbHost&, vb::UsbDevice& device) {
         Store(type, vb::UsbHost::TypeOf(device));
-        Store(id, kProductId2232);
+        Store(id, vb::UsbHost::IdOf(device));
         CopyText(device.entry.serial, serial, kSerialSize);
         CopyText(device.entry.description, description, kDescriptionSize);
         return vb::kUsbOk;
@@ -140,6 +140,11 @@ EXPORT Status FT_Purge(Handle handle, uint32_t mask) {
 
 EXPORT Status FT_SetLatencyTimer(Handle handle, uint8_t) {
     return OnDevice("FT_SetLatencyTimer", handle,
+                    [](vb::UsbHost&, vb::UsbDevice&) { return vb::kUsbOk; });
+}
+
+EXPORT Status FT_SetBaudRate(Handle handle, uint32_t) {
+    return OnDevice("FT_SetBaudRate", handle,
                     [](vb::UsbHost&, vb::UsbDevice&) { return vb::kUsbOk; });
 }
 

@@ -1,0 +1,140 @@
+// Stand-in for Segger's JLinkARM library: the raw JTAG functions on the virtual board. A board
+// offers a J-Link with a line "pod J-Link"; its serial is the USB number, its description the host
+// name under which a TCP/IP server offers it.
+
+#include "virtualboard/CurrentBoard.h"
+#include "virtualboard/JtagPins.h"
+#include "virtualboard/UsbHost.h"
+
+#include <cstdint>
+#include <string>
+
+namespace {
+
+using Handler = void(const char* text);
+
+struct Library {
+    bool byAddress = false;
+    std::string wanted = "0";
+    bool open = false;
+    bool hasError = false;
+    Handler* warning = nullptr;
+    Handler* error = nullptr;
+};
+
+Library& State() {
+    static Library library;
+    return library;
+}
+
+constexpr uint32_t kHertzPerUnit = 1000;
+constexpr uint32_t kMaximumKilohertz = 12'000;
+
+const vb::PodEntry* FindPod(const vb::Board& board) {
+    const Library& library = State();
+    for (const vb::PodEntry& entry : board.Pods().entries)
+        if (entry.type == vb::PodType::JLink &&
+            (library.byAddress ? entry.description : entry.serial) == library.wanted)
+            return &entry;
+    return nullptr;
+}
+
+void Fail(const char* text) {
+    State().hasError = true;
+    if (State().error)
+        State().error(text);
+}
+
+// The chain behind the open pod, or null after an error has been reported.
+vb::JtagChain* BeginTransfer(const char* function, uint32_t bits, bool reads) {
+    vb::Board* board = vb::CurrentBoard();
+    vb::UsbHost* host = vb::CurrentUsbHost();
+    if (!host || !State().open) {
+        Fail("Not connected to an emulator.");
+        return nullptr;
+    }
+    if (host->BeginCall(function) != vb::kUsbOk || host->Unplugged()) {
+        Fail("Communication with the emulator failed.");
+        return nullptr;
+    }
+    vb::Traffic& traffic = board->PodTraffic();
+    const uint64_t bytes = (uint64_t{bits} + 7) / 8;
+    ++traffic.writeCalls;
+    traffic.bytesWritten += 2 * bytes;
+    traffic.readCalls += reads ? 1 : 0;
+    traffic.bytesRead += reads ? bytes : 0;
+    return &board->Chain();
+}
+
+} // namespace
+
+#define EXPORT extern "C" __attribute__((visibility("default")))
+
+EXPORT int JLINKARM_SelectUSB(int number) {
+    constexpr int kMostPods = 4;
+    if (number < 0 || number >= kMostPods)
+        return 1;
+    State().byAddress = false;
+    State().wanted = std::to_string(number);
+    return 0;
+}
+
+EXPORT int JLINKARM_SelectIP(const char* host, int port) {
+    if (!host || !*host || port < 0)
+        return 1;
+    State().byAddress = true;
+    State().wanted = host;
+    return 0;
+}
+
+EXPORT const char* JLINKARM_Open() {
+    vb::Board* board = vb::CurrentBoard();
+    vb::UsbHost* host = vb::CurrentUsbHost();
+    if (!host || host->BeginCall("JLINKARM_Open") != vb::kUsbOk || host->Unplugged() ||
+        !FindPod(*board))
+        return "Can not connect to J-Link via USB.";
+    State().open = true;
+    return nullptr;
+}
+
+EXPORT void JLINKARM_Close() {
+    State().open = false;
+}
+
+EXPORT void JLINKARM_SetWarnOutHandler(Handler* handler) {
+    State().warning = handler;
+}
+
+EXPORT void JLINKARM_SetErrorOutHandler(Handler* handler) {
+    State().error = handler;
+}
+
+EXPORT char JLINKARM_HasError() {
+    return State().hasError ? 1 : 0;
+}
+
+EXPORT void JLINKARM_ClrError() {
+    State().hasError = false;
+}
+
+EXPORT void JLINKARM_SetSpeed(uint32_t kilohertz) {
+    vb::Board* board = vb::CurrentBoard();
+    if (kilohertz > kMaximumKilohertz) {
+        kilohertz = kMaximumKilohertz;
+        if (State().warning)
+            State().warning("The speed is above what this emulator can do.");
+    }
+    if (board && kilohertz > 0)
+        board->Clock().SetFrequency(kilohertz * kHertzPerUnit);
+}
+
+EXPORT void JLINKARM_JTAG_StoreGetRaw(const uint8_t* tdi, uint8_t* tdo, const uint8_t* tms,
+                                      uint32_t bits) {
+    if (vb::JtagChain* chain = BeginTransfer("JLINKARM_JTAG_StoreGetRaw", bits, true))
+        vb::RunPacked(*chain, tms, tdi, tdo, bits);
+}
+
+EXPORT void JLINKARM_JTAG_StoreRaw(const uint8_t* tdi, const uint8_t* tms, uint32_t bits) {
+    if (vb::JtagChain* chain = BeginTransfer("JLINKARM_JTAG_StoreRaw", bits, false))
+        vb::RunPacked(*chain, tms, tdi, nullptr, bits);
+}
