@@ -1,10 +1,10 @@
 #include "app/App.h"
 
 #include "app/MainFrame.h"
-#include "app/SettingsStore.h"
 #include "app/WindowGeometry.h"
 #include "bsdl/Idcode.h"
 #include "platform/Paths.h"
+#include "platform/SettingsStore.h"
 #include "platform/Text.h"
 
 #include <vector>

@@ -4,8 +4,8 @@
 #include "dialogs/EraseDlg.h"
 #include "dialogs/ProgramDlg.h"
 #include "dialogs/SelectSectorsDlg.h"
-#include "dialogs/TouchedSectors.h"
 #include "flash/FlashProgrammer.h"
+#include "flash/TouchedSectors.h"
 #include "platform/UserInterface.h"
 
 #include <wx/intl.h>

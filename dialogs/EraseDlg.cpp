@@ -3,7 +3,7 @@
 #include "data/DataImage.h"
 #include "dialogs/DialogLayout.h"
 #include "dialogs/SelectSectorsDlg.h"
-#include "dialogs/TouchedSectors.h"
+#include "flash/TouchedSectors.h"
 
 #include <wx/button.h>
 #include <wx/radiobut.h>

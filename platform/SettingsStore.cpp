@@ -1,4 +1,4 @@
-#include "app/SettingsStore.h"
+#include "platform/SettingsStore.h"
 
 #include <memory>
 #include <wx/app.h>
@@ -7,8 +7,9 @@
 #include <wx/stdpaths.h>
 
 void OpenSettingsStore() {
+    const wxAppConsole& names = *wxAppConsole::GetInstance();
 #ifdef __WXMSW__
-    auto store = std::make_unique<wxConfig>(wxTheApp->GetAppName(), wxTheApp->GetVendorName());
+    auto store = std::make_unique<wxConfig>(names.GetAppName(), names.GetVendorName());
 #else
     wxStandardPaths::Get().SetFileLayout(wxStandardPaths::FileLayout_XDG);
     // Private to the user, as the XDG base directory specification asks; the toolkit does not make
@@ -17,8 +18,8 @@ void OpenSettingsStore() {
     if (!wxFileName::DirExists(folder))
         wxFileName::Mkdir(folder, wxS_IRUSR | wxS_IWUSR | wxS_IXUSR, wxPATH_MKDIR_FULL);
     auto store =
-        std::make_unique<wxFileConfig>(wxTheApp->GetAppName(), wxTheApp->GetVendorName(),
-                                       wxEmptyString, wxEmptyString, wxCONFIG_USE_LOCAL_FILE);
+        std::make_unique<wxFileConfig>(names.GetAppName(), names.GetVendorName(), wxEmptyString,
+                                       wxEmptyString, wxCONFIG_USE_LOCAL_FILE);
 #endif
     // A path may hold a dollar sign.
     store->SetExpandEnvVars(false);

@@ -2,8 +2,8 @@
 // folder elsewhere.
 #pragma once
 
-// Makes the store of this program the current wxConfigBase. The application and vendor names must
-// be set before.
+// Makes the store of this program the current wxConfigBase. The toolkit must be running, and the
+// application and vendor names must be set before.
 void OpenSettingsStore();
 
 // Writes the store out and leaves none current.

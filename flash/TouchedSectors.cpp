@@ -1,4 +1,4 @@
-#include "dialogs/TouchedSectors.h"
+#include "flash/TouchedSectors.h"
 
 #include "data/DataImage.h"
 
