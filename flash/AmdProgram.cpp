@@ -100,7 +100,10 @@ class AmdBuffers : public OmBulkCommands {
         return false;
     }
 
-    void ResetAbort(OmBusCycleBatch& batch) const override { AmdAbortReset(batch); }
+    void Recover(OmBusCycleBatch& batch, const OmBulkVerdict& verdict, int) const override {
+        if (verdict.writeAborted)
+            AmdAbortReset(batch);
+    }
 
     void Close(OmBusCycleBatch& batch) const override {
         AmdAbortReset(batch);

@@ -75,7 +75,7 @@ class StatusProgrammer {
         while (!source.IsFinished() && result_ == OmFlashResult::Done) {
             FitBatch();
             pending_.clear();
-            source.Draw(pending_, items_);
+            source.Draw(pending_, IsTrial() ? 1 : items_);
             ProgramPending(source);
         }
         return result_;
@@ -91,17 +91,22 @@ class StatusProgrammer {
         items_ = ItemsWithStatus(bus_, commands_, wait_);
     }
 
+    // At the longest wait there is nothing left to be found out.
+    bool IsTrial() const {
+        return commands_.TriesWaitOnOneItem() && wait_ != tuner_.good && wait_ < tuner_.maximum;
+    }
+
     void ProgramPending(const WordSource& source) {
         while (!pending_.empty()) {
-            const OmBulkVerdict verdict = RunPending();
+            const OmBulkVerdict verdict = RunPass();
             if (verdict.blockLocked) {
                 result_ = OmFlashResult::FlashError;
                 return;
             }
-            if (verdict.writeAborted)
-                commands_.ResetAbort(batch_);
-            DropDone(verdict);
-            wait_ = NextWaitScans(tuner_, pending_.empty(), wait_);
+            const bool allDone = DropDone(verdict);
+            if (!allDone)
+                commands_.Recover(batch_, verdict, tuner_.maximum);
+            wait_ = NextWaitScans(tuner_, allDone, wait_);
             if (!source.Report(callback_)) {
                 result_ = OmFlashResult::Stopped;
                 return;
@@ -111,25 +116,32 @@ class StatusProgrammer {
         }
     }
 
-    OmBulkVerdict RunPending() {
-        for (const OmProgramBlock& item : pending_)
-            commands_.AppendItem(batch_, item, wait_);
+    // Sends what is pending, or the first item of it, and judges each item sent.
+    OmBulkVerdict RunPass() {
+        const size_t items = IsTrial() ? 1 : pending_.size();
+        for (size_t i = 0; i < items; ++i)
+            commands_.AppendItem(batch_, pending_[i], wait_);
         commands_.AppendClosing(batch_);
         batch_.RunForCapture(captured_);
         batch_.Clear();
         OmBulkVerdict verdict;
-        for (size_t i = 0; i < pending_.size(); ++i)
+        for (size_t i = 0; i < items; ++i)
             verdict.done.push_back(
                 commands_.Judge(bus_, pending_[i], bus_.DecodeDataWord(captured_[i]), verdict));
         return verdict;
     }
 
-    void DropDone(const OmBulkVerdict& verdict) {
+    // True if every item sent was done.
+    bool DropDone(const OmBulkVerdict& verdict) {
+        const auto isDone = [&](size_t item) {
+            return item < verdict.done.size() && verdict.done[item];
+        };
         size_t kept = 0;
         for (size_t i = 0; i < pending_.size(); ++i)
-            if (!verdict.done[i])
+            if (!isDone(i))
                 std::swap(pending_[kept++], pending_[i]);
         pending_.resize(kept);
+        return std::find(verdict.done.begin(), verdict.done.end(), false) == verdict.done.end();
     }
 
     OmBoundaryScanBus& bus_;
@@ -171,7 +183,7 @@ void OmBulkCommands::Enter(OmBusCycleBatch&) const {}
 
 void OmBulkCommands::AppendClosing(OmBusCycleBatch&) const {}
 
-void OmBulkCommands::ResetAbort(OmBusCycleBatch&) const {}
+void OmBulkCommands::Recover(OmBusCycleBatch&, const OmBulkVerdict&, int) const {}
 
 void AppendStatusRead(OmBusCycleBatch& batch, int wait) {
     batch.AppendRelease();

@@ -41,12 +41,19 @@ class OmBulkCommands {
     virtual void AppendBlindItem(OmBusCycleBatch& batch, const OmProgramBlock& item,
                                  int wait) const = 0;
 
-    // Looks at the status word of one item: true if it is programmed.
+    // Looks at the status word of one item: true if it is programmed. `verdict` holds what the
+    // items ahead of it in the batch have said.
     virtual bool Judge(const OmBoundaryScanBus& bus, const OmProgramBlock& item, uint32_t status,
                        OmBulkVerdict& verdict) const = 0;
 
-    // Clears what `writeAborted` has told of.
-    virtual void ResetAbort(OmBusCycleBatch& batch) const;
+    // True if what is sent while the flash is busy can do harm: then a wait that is not proven is
+    // tried on one item alone.
+    virtual bool TriesWaitOnOneItem() const { return false; }
+
+    // After a pass in which not every item was done: makes the flash take commands again.
+    // `longestWait` is that of the tuner, in scans.
+    virtual void Recover(OmBusCycleBatch& batch, const OmBulkVerdict& verdict,
+                         int longestWait) const;
 
     // After the last item has settled.
     virtual void Close(OmBusCycleBatch& batch) const = 0;

@@ -11,9 +11,12 @@ class IntelBulk : public OmBulkCommands {
     void Open(OmBoundaryScanBus& bus) const override { IntelClearStatus(bus); }
 
     // Nothing but ready and locked is looked at: a word that was not programmed is found by a
-    // verify.
+    // verify. What follows an item that was not ready tells nothing: the flash has ignored its
+    // command, and its data may have taken the flash out of status mode.
     bool Judge(const OmBoundaryScanBus& bus, const OmProgramBlock&, uint32_t word,
                OmBulkVerdict& verdict) const override {
+        if (!verdict.done.empty() && !verdict.done.back())
+            return false;
         bool allReady = true;
         for (int chip = 0; chip < bus.chipCount; ++chip) {
             const uint8_t status = bus.ChipLaneByte(chip, word);
@@ -23,6 +26,17 @@ class IntelBulk : public OmBulkCommands {
                 verdict.blockLocked = true;
         }
         return allReady;
+    }
+
+    // A busy flash ignores the command, but when it gets ready ahead of the item's data it takes
+    // these for commands: they can lock or erase a block.
+    bool TriesWaitOnOneItem() const override { return true; }
+
+    // The longest wait lets the running operation end, so that the next command is not ignored.
+    void Recover(OmBusCycleBatch& batch, const OmBulkVerdict&, int longestWait) const override {
+        batch.AppendIdle(longestWait);
+        batch.Run();
+        batch.Clear();
     }
 
     void Close(OmBusCycleBatch& batch) const override {

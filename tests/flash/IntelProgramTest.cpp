@@ -81,10 +81,11 @@ sleep 60
 
 TEST_F(IntelProgram, StatusClearOfABlockEndsWithTheNextBlocksFirstScan) {
     bench.cable.status = 29; // two blocks of 13 scans, and the closing one
-    bench.cable.answers = {0x0080, 0x0080};
-    OmDataImage image = ImageOfWords(0x00F, {0x1111, 0x2222});
+    bench.cable.answers = {0x0080, 0x0080, 0x0080};
+    OmDataImage image = ImageOfWords(0x000, {0x9999}); // proves the wait of 0
+    image.MergeFrom(ImageOfWords(0x00F, {0x1111, 0x2222}));
     IntelProgramBuffers(bench.bus, progress, image, 16, wait, count);
-    EXPECT_EQ(bench.cable.runSizes[1], 27u);
+    EXPECT_EQ(bench.cable.runSizes[2], 27u);
     EXPECT_NE(bench.TakeLog().find("  0000F ZZZZ 0 1 1 r\n"
                                    "  0000F 5050 0 1 0\n"
                                    "  00010 5050 0 1 1\n"
@@ -139,15 +140,48 @@ sleep 60
 
 TEST_F(IntelProgram, LockedBlockEndsTheProgrammingAtOnce) {
     bench.cable.status = 100;
-    bench.cable.answers = {0x0082, 0x0080};
-    const OmDataImage image = ImageOfWords(0x00F, {0x1111, 0x2222});
+    bench.cable.answers = {0x0080, 0x0082, 0x0080};
+    const OmDataImage image = ImageOfWords(0x00F, {0x1111, 0x2222, 0x3333, 0x4444});
     EXPECT_EQ(IntelProgramBuffers(bench.bus, progress, image, 1, wait, count),
               OmFlashResult::FlashError);
-    EXPECT_TRUE(progress.reports.empty());
-    EXPECT_EQ(count, 2u) << "the words drawn for the batch that met the locked block";
+    EXPECT_EQ(progress.reports.size(), 1u) << "that of the first block";
+    EXPECT_EQ(count, 4u) << "the words drawn for the batch that met the locked block count";
     EXPECT_TRUE(bench.TakeLog().ends_with("sleep 60\n" + Closing()));
-    const std::vector<size_t> expected{2, 27, 1, 2, 3, 1};
+    const std::vector<size_t> expected{2, 14, 40, 1, 2, 3, 1};
     EXPECT_EQ(bench.cable.runSizes, expected) << "nothing is tried again";
+}
+
+// A flash that is busy ignores a command and can take the data behind it for commands.
+TEST_F(IntelProgram, WaitIsTriedOnOneItemUntilItSuffices) {
+    bench.cable.status = 100;
+    bench.cable.answers = {0x0000, 0x0080, 0x0080, 0x0080};
+    EXPECT_EQ(IntelProgramWords(bench.bus, progress, ImageOfWords(0, {1, 2, 3}), wait, count),
+              OmFlashResult::Done);
+    EXPECT_EQ(wait, 1);
+    // clear, a word with no wait, the longest wait of 90, the same word with a wait of 1, then both
+    // others, and the closing
+    const std::vector<size_t> expected{2, 10, 90, 11, 20, 1, 2, 3, 1};
+    EXPECT_EQ(bench.cable.runSizes, expected);
+}
+
+TEST_F(IntelProgram, ItemsBehindOneThatWasNotReadyAreSentAgain) {
+    bench.cable.status = 100;
+    bench.cable.answers = {0x0080, 0x0080, 0x0000, 0x0082, 0x0080, 0x0080};
+    EXPECT_EQ(IntelProgramWords(bench.bus, progress, ImageOfWords(0, {1, 2, 3, 4}), wait, count),
+              OmFlashResult::Done);
+    EXPECT_TRUE(bench.cable.answers.empty());
+    // one word, three words of which the second is not ready, and both again with a wait of 1
+    const std::vector<size_t> expected{2, 10, 26, 90, 11, 11, 1, 2, 3, 1};
+    EXPECT_EQ(bench.cable.runSizes, expected);
+}
+
+TEST_F(IntelProgram, FlashThatNeverGetsReadyIsGivenUpAtTheLongestWait) {
+    bench.cable.status = 100;
+    bench.cable.frequency = 23000; // a maximum of 3 scans
+    EXPECT_EQ(IntelProgramWords(bench.bus, progress, ImageOfWords(0, {1, 2, 3}), wait, count),
+              OmFlashResult::Done);
+    EXPECT_EQ(wait, 3);
+    EXPECT_EQ(count, 3u);
 }
 
 TEST_F(IntelProgram, WordIsDoneWhenAllChipsAreReady) {
