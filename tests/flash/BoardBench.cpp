@@ -89,9 +89,14 @@ BoardBench::BoardBench(const vb::BoardBuilder& builder, uint32_t frequency)
 }
 
 std::vector<uint8_t> BoardBench::Contents(size_t start, size_t size) {
-    const std::vector<uint8_t> all = board.FlashContents();
-    return {all.begin() + static_cast<ptrdiff_t>(start),
-            all.begin() + static_cast<ptrdiff_t>(start + size)};
+    const size_t lane = built.flash.WordBytes();
+    std::vector<uint8_t> bytes(size);
+    for (size_t i = 0; i < size; ++i) {
+        const size_t lanes = (start + i) / lane; // whole lanes ahead
+        const size_t offset = lanes / built.chips * lane + (start + i) % lane;
+        bytes[i] = Chip(lanes % built.chips).Bytes()[offset];
+    }
+    return bytes;
 }
 
 std::string BoardBench::Violations(const std::vector<vb::ViolationKind>& allowed) const {
