@@ -107,7 +107,7 @@ void AmdFlash::WriteIdle(uint32_t address, uint8_t command) {
         ResetToArray();
     else if (command == 0xAA && AtFirstUnlock(address))
         step_ = Step::FirstUnlock;
-    else if (command == 0x98 && (CommandAddress(address) & 0xFF) == kQueryEntry && !cfi_.empty())
+    else if (command == 0x98 && (CommandAddress(address) & 0xFF) == kQueryEntry && HasQueryMode())
         mode_ = Mode::Query;
 }
 
@@ -259,6 +259,11 @@ void AmdFlash::FinishErase() {
 void AmdFlash::Settle() {
     if (!Busy() || !Expired(deadline_))
         return;
+    if (faults_.earlyDq5 && !earlyDq5Shown_) {
+        earlyDq5Shown_ = true; // this one look shows DQ5, the next the end of the operation
+        return;
+    }
+    earlyDq5Shown_ = false;
     if (mode_ == Mode::Programming)
         FinishProgram();
     else
@@ -278,7 +283,7 @@ uint32_t AmdFlash::Status(uint32_t address) const {
         status |= windowEnd_ == 0 || Expired(windowEnd_) ? kDq3 : 0;
         status |= toggle_ && erasing_.contains(SectorOfWord(address)) ? kDq2 : 0;
     }
-    if (mode_ == Mode::Exceeded)
+    if (mode_ == Mode::Exceeded || earlyDq5Shown_)
         status |= kDq5;
     if (mode_ == Mode::Aborted)
         status |= kDq1;
@@ -305,10 +310,8 @@ uint32_t AmdFlash::Read(uint32_t address) {
         return Word(address);
     case Mode::Autoselect:
         return Identifier(address) & WordMask();
-    case Mode::Query: {
-        const uint32_t query = CommandAddress(address);
-        return query < cfi_.size() ? cfi_[query] : 0;
-    }
+    case Mode::Query:
+        return QueryByte(address);
     default:
         return Status(address);
     }

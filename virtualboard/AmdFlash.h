@@ -81,8 +81,9 @@ class AmdFlash : public FlashModel {
     Mode mode_ = Mode::Array;
     Step step_ = Step::None;
     bool bypass_ = false;
-    bool toggle_ = false;        // DQ6, and DQ2 in erasing sectors
-    bool failed_ = false;        // the running operation will end in DQ5
+    bool toggle_ = false; // DQ6, and DQ2 in erasing sectors
+    bool failed_ = false; // the running operation will end in DQ5
+    bool earlyDq5Shown_ = false;
     uint64_t deadline_ = 0;      // end of the running operation
     uint64_t windowEnd_ = 0;     // end of the time for further sectors; 0 for a chip erase
     uint32_t notDq7_ = 0;        // what DQ7 shows while busy

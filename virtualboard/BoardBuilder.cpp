@@ -45,6 +45,12 @@ BoardBuilder& BoardBuilder::Chips(unsigned count) {
     return *this;
 }
 
+BoardBuilder& BoardBuilder::SetChip(unsigned chip, const std::string& key,
+                                    const std::string& value) {
+    chipKeys_[chip] += " " + key + "=" + value;
+    return *this;
+}
+
 BoardBuilder& BoardBuilder::Devices(unsigned count) {
     devices_ = count;
     return *this;
@@ -174,9 +180,9 @@ class BoardBuilder::Layout {
         std::string& text = built_.boardText;
         for (const BuiltDevice& device : built_.chain)
             text += "device " + device.name + " " + device.fileName + "\n";
-        for (unsigned i = 1; i <= builder_.chips_; ++i)
-            text +=
-                "flash F" + std::to_string(i) + " " + FormatFlashParameters(builder_.flash_) + "\n";
+        for (unsigned i = 0; i < builder_.chips_; ++i)
+            text += "flash F" + std::to_string(i + 1) + " " +
+                    FormatFlashParameters(builder_.flash_) + KeysOf(i) + "\n";
         for (const Connection& connection : built_.connections)
             WriteNet(connection);
         for (const StaticConnection& pin : built_.statics)
@@ -185,6 +191,11 @@ class BoardBuilder::Layout {
             WriteTiedNet();
         for (const std::string& line : builder_.lines_)
             text += line + "\n";
+    }
+
+    std::string KeysOf(unsigned chip) const {
+        const auto found = builder_.chipKeys_.find(chip);
+        return found == builder_.chipKeys_.end() ? "" : found->second;
     }
 
     void WriteNet(const Connection& connection) {

@@ -10,6 +10,7 @@
 #include "virtualboard/BsdlWriter.h"
 
 #include <cstdint>
+#include <map>
 #include <memory>
 #include <string>
 #include <vector>
@@ -71,6 +72,8 @@ class BoardBuilder {
     // One property of the flash, as in a board file: Set("cfi", "none").
     BoardBuilder& Set(const std::string& key, const std::string& value);
     BoardBuilder& Chips(unsigned count);
+    // The same for one chip of several, counted from 0: chips need not be equal.
+    BoardBuilder& SetChip(unsigned chip, const std::string& key, const std::string& value);
     // The flash's pins are spread over so many devices.
     BoardBuilder& Devices(unsigned count);
     BoardBuilder& Cells(PinStyle style);
@@ -104,6 +107,7 @@ class BoardBuilder {
     bool tiedChipEnable_ = false;
     bool staticReset_ = false;
     std::vector<std::pair<size_t, uint32_t>> idcodes_;
+    std::map<unsigned, std::string> chipKeys_; // further keys for the board file
     std::vector<std::string> lines_;
 };
 

@@ -67,6 +67,13 @@ constexpr Fault kFaults[] = {
      [](Board& board, const Words& words) {
          FaultsOf(board, words[1]).bufferAborts = ParseNumber(words[2]);
      }},
+    {"query-byte", 3,
+     [](Board& board, const Words& words) {
+         FaultsOf(board, words[1]).queryBytes[ParseNumber(words[2])] =
+             static_cast<uint8_t>(ParseNumber(words[3]));
+     }},
+    {"early-dq5", 1,
+     [](Board& board, const Words& words) { FaultsOf(board, words[1]).earlyDq5 = true; }},
     {"never-ready", 1,
      [](Board& board, const Words& words) { FaultsOf(board, words[1]).neverReady = true; }},
     {"dead", 1, [](Board& board, const Words& words) { FaultsOf(board, words[1]).dead = true; }},

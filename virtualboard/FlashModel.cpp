@@ -10,7 +10,7 @@
 namespace vb {
 
 FlashModel::FlashModel(const FlashParameters& parameters, const BoardClock& clock)
-    : parameters_(parameters), cfi_(MakeCfiTable(parameters)), clock_(clock),
+    : parameters_(parameters), clock_(clock), cfi_(MakeCfiTable(parameters)),
       bytes_(parameters.SizeBytes(), 0xFF) {}
 
 uint32_t FlashModel::WordMask() const {
@@ -35,6 +35,15 @@ void FlashModel::SetWord(uint32_t address, uint32_t value) {
 
 uint32_t FlashModel::SectorOfWord(uint32_t address) const {
     return parameters_.SectorOf(address % parameters_.SizeWords() * parameters_.WordBytes());
+}
+
+// In a narrower mode each query byte shows at several addresses, so the low bits do not count.
+uint32_t FlashModel::QueryByte(uint32_t address) const {
+    const uint32_t query = address >> parameters_.commandShift;
+    const auto wrong = faults_.queryBytes.find(query);
+    if (wrong != faults_.queryBytes.end())
+        return wrong->second;
+    return query < cfi_.size() ? cfi_[query] : 0;
 }
 
 // The write protect pin guards the outermost sector: the first one, or the last one of a chip whose

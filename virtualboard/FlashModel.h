@@ -20,7 +20,9 @@ struct FlashFaults {
     std::set<uint32_t> eraseFails;          // sectors (AMD: DQ5, Intel: SR5)
     std::set<uint32_t> programFails;        // sectors (AMD: DQ5, Intel: SR4)
     std::set<uint32_t> lockFails;           // sectors (Intel: SR4 on lock, SR5 on unlock)
+    std::map<uint32_t, uint8_t> queryBytes; // query addresses to what stands there instead
     unsigned bufferAborts = 0;              // so many next write-buffer loads abort
+    bool earlyDq5 = false;                  // AMD: DQ5 shows once just before the operation ends
     bool neverReady = false;                // an operation that is started does not end
     bool dead = false;                      // ignores all commands and drives nothing
     uint32_t slowFactor = 1;                // all times are this many times longer
@@ -64,6 +66,10 @@ class FlashModel {
   protected:
     uint32_t WordMask() const;
     uint32_t SectorOfWord(uint32_t address) const;
+
+    bool HasQueryMode() const { return !cfi_.empty(); }
+
+    uint32_t QueryByte(uint32_t address) const;
     bool IsProtected(uint32_t sector) const;
     // Clears bits as programming does. False if a bit should be 1 and is 0, or will not become 0.
     bool ProgramWord(uint32_t address, uint32_t value);
@@ -74,11 +80,11 @@ class FlashModel {
     uint64_t After(uint64_t microseconds) const;
 
     const FlashParameters parameters_;
-    const std::vector<uint8_t> cfi_;
     const BoardClock& clock_;
     FlashFaults faults_;
 
   private:
+    const std::vector<uint8_t> cfi_;
     std::vector<uint8_t> bytes_;
     std::set<uint32_t> protectedSectors_;
     bool writeProtect_ = false;

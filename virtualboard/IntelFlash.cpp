@@ -80,7 +80,7 @@ void IntelFlash::WriteCommand(uint32_t address, uint8_t command) {
         output_ = Output::Identifier;
         break;
     case 0x98:
-        if (!cfi_.empty())
+        if (HasQueryMode())
             output_ = Output::Query;
         break;
     case 0x40:
@@ -235,10 +235,8 @@ uint32_t IntelFlash::Read(uint32_t address) {
         return Word(address);
     case Output::Identifier:
         return Identifier(address) & WordMask();
-    case Output::Query: {
-        const uint32_t query = address >> parameters_.commandShift;
-        return query < cfi_.size() ? cfi_[query] : 0;
-    }
+    case Output::Query:
+        return QueryByte(address);
     default:
         return kReady | errors_;
     }

@@ -223,6 +223,18 @@ TEST(AmdFlash, ASectorThatFailsToEraseEndsInDq5) {
     EXPECT_EQ(bench.bus.Read(0x8000), 0x0000u);
 }
 
+TEST(AmdFlash, EarlyDq5ShowsForOneReadOnly) {
+    Bench bench(SlowChip().Line("fault early-dq5 F1"));
+    EraseSector(bench, 0);
+    bench.bus.Set("OE", false);
+    bench.bus.SetAddress(0);
+    bench.bus.Scan();
+    EXPECT_EQ(bench.bus.Scan() & 0xA0, 0x00u);
+    bench.Wait(3050);
+    EXPECT_EQ(bench.bus.Scan() & 0xA0, 0x20u);
+    EXPECT_EQ(bench.bus.Scan(), 0xFFFFu);
+}
+
 TEST(AmdFlash, ProgramsABuffer) {
     Bench bench(SlowChip());
     LoadBuffer(bench, 0x40, {0x4040, 0x4141, 0x4242});

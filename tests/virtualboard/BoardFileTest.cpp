@@ -155,6 +155,30 @@ TEST(Environment, StatisticsAndFlashDumpAreWritten) {
     EXPECT_EQ(dump[4], '\xFF');
 }
 
+// The board comes from the environment, outlives the stand-in's unloading, and reports when the
+// process ends.
+TEST(Environment, BoardIsLoadedAndReportedByTheProcessAlone) {
+    const Folder folder;
+    vb::BoardBuilder().Flash("amd8-4m").Build().WriteTo(folder.Path());
+    for (const char* library : {OM_FTD2XX, OM_USBBLSTR32}) {
+        const std::string command = "VIRTUALBOARD=" + folder.Path("board.txt") +
+                                    " VIRTUALBOARD_FAULTS='stuck-bit F1 0 0;dead F1'" +
+                                    " VIRTUALBOARD_STATS=" + folder.Path("stats.json") + " " +
+                                    OM_CHILD_PROGRAM + " " + library;
+        ASSERT_EQ(std::system(command.c_str()), 0) << library;
+        const std::string json = ReadText(folder.Path("stats.json"));
+        EXPECT_NE(json.find("\"bytes_written\": 6,"), std::string::npos) << json;
+        EXPECT_NE(json.find("\"tck_cycles\": 12,"), std::string::npos) << json;
+        std::filesystem::remove(folder.Path("stats.json"));
+    }
+}
+
+TEST(Environment, AFaultyBoardIsToldAndGivesNoPod) {
+    const std::string command = std::string("VIRTUALBOARD=/nowhere/board.txt ") + OM_CHILD_PROGRAM +
+                                " " + OM_FTD2XX + " 2>/dev/null";
+    EXPECT_NE(std::system(command.c_str()), 0);
+}
+
 TEST(Bsdl, ReaderTakesWhatItNeedsInAnyOrderAndCase) {
     const vb::DeviceDescription device = vb::ReadBsdl(
         "-- a comment with a \" in it\n"

@@ -44,6 +44,44 @@ TEST(FlashBus, QueryTableOfASixteenBitChip) {
     EXPECT_EQ(bench.bus.Read(0x10), 0xFFFFu);
 }
 
+TEST(FlashBus, QueryTablesWithFaults) {
+    struct Case {
+        const char *key, *value;
+        uint32_t address, expected;
+    };
+
+    for (const Case& test : {
+             Case{"cfi", "none", 0x10, 0xFFFF},   // the array
+             Case{"cfi", "short", 0x15, 0x2D},    // the primary table follows at once
+             Case{"cfi", "no-regions", 0x2C, 0},  //
+             Case{"cfi", "alternative", 0x17, 2}, //
+             Case{"cfi", "alternative", 0x14, 1}, // 0100h: nobody's code
+             Case{"primary", "4", 0x13, 4},       //
+             Case{"sectors", "8x8K,127x64K", 0x2C, 2},
+             Case{"sectors", "8x8K,127x64K", 0x2F, 0x20},
+             Case{"sectors", "8x8K,127x64K", 0x31, 126},
+             Case{"sectors", "65536x128", 0x2F, 0}, // 0 stands for 128 bytes
+             Case{"sectors", "65536x128", 0x2E, 0xFF},
+         }) {
+        Bench bench(vb::BoardBuilder().Set(test.key, test.value));
+        bench.bus.Write(0x55, 0x98);
+        EXPECT_EQ(bench.bus.Read(test.address), test.expected) << test.key << " " << test.value;
+    }
+    Bench bench(vb::BoardBuilder().Line("fault query-byte F1 0x11 0x00"));
+    bench.bus.Write(0x55, 0x98);
+    EXPECT_EQ(bench.bus.Read(0x10), uint32_t{'Q'});
+    EXPECT_EQ(bench.bus.Read(0x11), 0u);
+}
+
+TEST(FlashBus, ChipsMayDiffer) {
+    Bench bench(vb::BoardBuilder().Chips(2).SetChip(1, "cfi", "none").SetChip(1, "id", "0x1234"));
+    bench.bus.Write(0x55, 0x00980098);
+    EXPECT_EQ(bench.bus.Read(0x10), 0xFFFF0051u);
+    bench.bus.Write(0, 0x00F000F0);
+    bench.bus.AmdCommand(0x90);
+    EXPECT_EQ(bench.bus.Read(1), 0x1234227Eu);
+}
+
 TEST(FlashBus, CommandAddressesOfANarrowModeAreShifted) {
     Bench bench(vb::BoardBuilder().Flash("amd16-in-x8"));
     bench.bus.Write(0xAA, 0x98);
