@@ -3,6 +3,7 @@
 #include "app/MainFrame.h"
 #include "app/WindowGeometry.h"
 #include "bsdl/Idcode.h"
+#include "flash/FlashProgrammer.h"
 #include "platform/Paths.h"
 #include "platform/SettingsStore.h"
 #include "platform/Text.h"
@@ -46,7 +47,10 @@ bool OmApp::OnInit() {
     return true;
 }
 
+// The cable goes first: a vendor's library may tear its own state down once the process exits, and
+// would then be called to close the device.
 int OmApp::OnExit() {
+    OmFlashProgrammer::GetInstance().CloseCable();
     CloseSettingsStore();
     SetUserInterface(nullptr);
     return wxApp::OnExit();
