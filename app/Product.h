@@ -2,4 +2,5 @@
 #pragma once
 
 inline constexpr wchar_t kRightsText[] = L"\u00A9 2008-2010 Velmora. All rights reserved.";
+inline constexpr wchar_t kSupportAddress[] = L"support@velmora.example";
 inline constexpr wchar_t kWebsiteUrl[] = L"https://velmora.example/velflash";

@@ -25,6 +25,16 @@ wxTextCtrl* MakeBox(wxWindow* parent) {
     return box;
 }
 
+wxStdDialogButtonSizer* MakeOkCancel(wxWindow* parent, const wxString& okLabel,
+                                     const wxString& cancelLabel) {
+    auto* ok = new wxButton(parent, wxID_OK, okLabel);
+    ok->SetDefault();
+    auto* row = new wxStdDialogButtonSizer;
+    row->AddButton(ok);
+    row->AddButton(new wxButton(parent, wxID_CANCEL, cancelLabel));
+    return row;
+}
+
 } // namespace
 
 bool RefuseInput(wxWindow& control, const wxString& text) {
@@ -104,11 +114,16 @@ wxSize MeasureText(const wxWindow& window, unsigned columns, unsigned lines) {
 }
 
 wxSizer* MakeOkCancelRow(wxWindow* parent, const wxString& okLabel, const wxString& cancelLabel) {
-    auto* ok = new wxButton(parent, wxID_OK, okLabel);
-    ok->SetDefault();
-    auto* row = new wxStdDialogButtonSizer;
-    row->AddButton(ok);
-    row->AddButton(new wxButton(parent, wxID_CANCEL, cancelLabel));
+    wxStdDialogButtonSizer* row = MakeOkCancel(parent, okLabel, cancelLabel);
+    row->Realize();
+    return row;
+}
+
+wxSizer* MakeOkCancelHelpRow(wxWindow* parent, std::function<void()> showHelp) {
+    wxStdDialogButtonSizer* row = MakeOkCancel(parent, _("&OK"), _("&Cancel"));
+    auto* help = new wxButton(parent, wxID_HELP, _("&Help"));
+    help->Bind(wxEVT_BUTTON, [show = std::move(showHelp)](wxCommandEvent&) { show(); });
+    row->AddButton(help);
     row->Realize();
     return row;
 }

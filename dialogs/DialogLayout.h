@@ -57,6 +57,9 @@ wxSize MeasureText(const wxWindow& window, unsigned columns, unsigned lines);
 wxSizer* MakeOkCancelRow(wxWindow* parent, const wxString& okLabel,
                          const wxString& cancelLabel = _("&Cancel"));
 
+// The same with a Help button, which runs `showHelp`.
+wxSizer* MakeOkCancelHelpRow(wxWindow* parent, std::function<void()> showHelp);
+
 // A "Close" button that Escape presses too.
 wxSizer* MakeCloseRow(wxWindow* parent);
 

@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 #include <map>
 #include <wx/hyperlink.h>
+#include <wx/listctrl.h>
 #include <wx/wx.h>
 
 namespace {
@@ -119,6 +120,10 @@ void ClickLink(wxWindow& dialog, const wxString& label) {
 void SelectRow(wxListBox& list, int row) {
     list.SetSelection(row);
     SendCommand(list, wxEVT_LISTBOX, row);
+}
+
+void SelectRow(wxListCtrl& list, long row, bool select) {
+    list.SetItemState(row, select ? wxLIST_STATE_SELECTED : 0, wxLIST_STATE_SELECTED);
 }
 
 bool IsEnabled(wxWindow& dialog, const wxString& label) {

@@ -9,6 +9,7 @@
 
 class wxCheckBox;
 class wxListBox;
+class wxListCtrl;
 class wxRadioButton;
 class wxTextCtrl;
 class wxWindow;
@@ -33,6 +34,9 @@ void ClickLink(wxWindow& dialog, const wxString& label);
 
 // Selects a row as a click does; wxNOT_FOUND takes the selection away.
 void SelectRow(wxListBox& list, int row);
+
+// The same in a list of columns.
+void SelectRow(wxListCtrl& list, long row, bool select = true);
 
 bool IsEnabled(wxWindow& dialog, const wxString& label);
 
