@@ -11,11 +11,12 @@
 
 #include <algorithm>
 #include <limits>
+#include <mutex>
 
 OmFlashProgrammer& OmFlashProgrammer::GetInstance() {
     static OmFlashProgrammer instance;
-    static const bool loaded = (LoadConnectionSettings(instance.settings), true);
-    static_cast<void>(loaded);
+    static std::once_flag loaded;
+    std::call_once(loaded, [] { LoadConnectionSettings(instance.settings); });
     return instance;
 }
 

@@ -64,9 +64,17 @@ vb::BoardBuilder BoardFor(const Method& method, const Bus& bus) {
     return builder;
 }
 
-// Pieces begin and end at bus words of every width, the one of three bytes included.
-std::vector<FirmwarePiece> Pieces() {
-    return {{0, Firmware(768, 1)}, {1536, Firmware(1020, 2)}};
+// Made once for all cases. Its pieces begin and end at bus words of every width, the one of three
+// bytes included.
+struct FirmwareFile {
+    TemporaryFolder folder;
+    std::string path = WriteFirmware(folder, {{0, Firmware(768, 1)}, {1536, Firmware(1020, 2)}});
+    std::vector<uint8_t> flat = FlattenFirmware(folder, path);
+};
+
+const FirmwareFile& TheFirmware() {
+    static const FirmwareFile file;
+    return file;
 }
 
 class ProgramMatrix : public ::testing::TestWithParam<MatrixCase> {
@@ -88,10 +96,7 @@ std::vector<OmAddressRange> RangesOf(const OmDataImage& image) {
 TEST_P(ProgramMatrix, FirmwareArrives) {
     if (!HaveFirmwareTools())
         GTEST_SKIP() << "needs objcopy and srec_cat";
-    const TemporaryFolder folder;
-    const std::string file = WriteFirmware(folder, Pieces());
-    const std::vector<uint8_t> flat = FlattenFirmware(folder, file);
-
+    const std::vector<uint8_t>& flat = TheFirmware().flat;
     RecordingUserInterface user;
     Road road(BoardFor(TheMethod(), TheBus()));
     road.programmer.setup.UseUnlockBypass = TheMethod().bypass;
@@ -102,7 +107,7 @@ TEST_P(ProgramMatrix, FirmwareArrives) {
 
     OmDataImage image;
     std::string error;
-    ASSERT_TRUE(ReadDataFile(file, image, error)) << error;
+    ASSERT_TRUE(ReadDataFile(TheFirmware().path, image, error)) << error;
     ASSERT_EQ(image.GetByteCount(), 1788u);
 
     ASSERT_TRUE(road.PrepareToProgram());

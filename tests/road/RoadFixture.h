@@ -28,7 +28,8 @@ class BoardTime : public OmClock {
 
     void SleepMilliseconds(unsigned milliseconds) override;
 
-    int64_t PerformanceCounter() override { return static_cast<int64_t>(Microseconds()); }
+    // Runs a millisecond a look: a wait between two edges of TCK is over at once.
+    int64_t PerformanceCounter() override { return counter_ += 1000; }
 
     int64_t PerformanceFrequency() override { return 1000000; }
 
@@ -36,6 +37,7 @@ class BoardTime : public OmClock {
     static uint64_t Microseconds();
 
     OmClock* previous_;
+    int64_t counter_ = 0;
 };
 
 // The setup that describes a board, as a user would enter it.
