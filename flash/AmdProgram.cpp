@@ -24,6 +24,19 @@ class AmdWords : public OmBulkCommands {
         batch.AppendRise();
     }
 
+    // A busy flash ignores the set-up cycle. Outside bypass mode the data behind it do nothing; in
+    // the mode they can be the two cycles that end it, and all words that follow are lost.
+    bool TriesWaitOnOneItem() const override { return bypass_; }
+
+    // The longest wait lets the running operation end; the mode is then entered anew.
+    void Recover(OmBusCycleBatch& batch, const OmBulkVerdict&, int longestWait) const override {
+        if (!bypass_)
+            return;
+        batch.AppendIdle(longestWait);
+        LeaveBypass(batch);
+        Enter(batch);
+    }
+
     void AppendItem(OmBusCycleBatch& batch, const OmProgramBlock& item, int wait) const override {
         AppendProgram(batch, item.front());
         batch.AppendRise();

@@ -59,11 +59,9 @@ TEST(Budget, ProgrammedWordCostsItsScansAndTheWait) {
         {"AMD word", "amd", "0", false, false, 0, 120},
         {"AMD word, wait 7", "amd", "0", false, false, 7, 190},
         {"AMD bypass", "amd", "0", true, false, 0, 80},
-        {"AMD bypass, wait 3", "amd", "0", true, false, 3, 110},
         {"AMD word blind", "amd", "0", false, true, 0, 80},
         {"AMD bypass blind", "amd", "0", true, true, 0, 40},
         {"Intel word", "intel", "0", false, false, 0, 80},
-        {"Intel word, wait 2", "intel", "0", false, false, 2, 100},
         {"Intel word blind", "intel", "0", false, true, 0, 40},
     };
     for (const ProgramBudget& budget : budgets) {
@@ -87,7 +85,6 @@ TEST(Budget, ProgrammedBufferCostsTwoScansAWord) {
         {"AMD", "amd", "32", false, false, 0, 46},
         {"AMD, wait 9", "amd", "32", false, false, 9, 55},
         {"Intel", "intel", "32", false, false, 0, 43},
-        {"Intel, wait 5", "intel", "32", false, false, 5, 48},
     };
     for (const ProgramBudget& budget : budgets) {
         SCOPED_TRACE(budget.name);
@@ -95,10 +92,34 @@ TEST(Budget, ProgrammedBufferCostsTwoScansAWord) {
         Road road(QuickChip(budget.set, budget.bufferBytes));
         ASSERT_TRUE(road.PrepareToProgram());
         road.programmer.waitScans = budget.wait;
-        const uint64_t few = CostOfProgram(road, 16).scans;
+        const uint64_t few = CostOfProgram(road, 32).scans; // a wait is first tried on one buffer
         road.programmer.waitScans = budget.wait;
-        const uint64_t more = CostOfProgram(road, 32).scans;
+        const uint64_t more = CostOfProgram(road, 48).scans;
         EXPECT_EQ(more - few, budget.scansForTenWords);
+    }
+}
+
+// Each action searches below the wait that it was given, with the same result: what is left between
+// a long action and a longer one is what a word costs.
+TEST(Budget, WaitThatWasFoundIsPaidByEveryWord) {
+    struct Case {
+        bool bypass;
+        uint64_t scansOfAWord;
+    };
+
+    for (const Case& c : {Case{false, 12}, Case{true, 8}}) {
+        SCOPED_TRACE(c.scansOfAWord);
+        const RecordingUserInterface user;
+        Road road(QuickChip("amd", "0").Set("word-us", "40"));
+        road.programmer.setup.UseUnlockBypass = c.bypass;
+        ASSERT_TRUE(road.PrepareToProgram());
+        CostOfProgram(road, 1000);
+        const int wait = road.programmer.waitScans;
+        EXPECT_GT(wait, 0);
+        const uint64_t few = CostOfProgram(road, 1000).scans;
+        const uint64_t more = CostOfProgram(road, 1010).scans;
+        EXPECT_EQ(road.programmer.waitScans, wait);
+        EXPECT_EQ(more - few, 10 * (c.scansOfAWord + static_cast<uint64_t>(wait)));
     }
 }
 

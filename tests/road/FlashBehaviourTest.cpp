@@ -29,6 +29,22 @@ TEST(FlashBehaviour, SettlesAboveTheProgrammingTimeAndIsKept) {
     road.ExpectNoViolation();
 }
 
+// What a busy flash takes for the end of the bypass mode is all over this image.
+TEST(FlashBehaviour, SlowFlashInBypassModeLosesNothing) {
+    const RecordingUserInterface user;
+    vb::BoardBuilder builder;
+    builder.Set("buffer", "0").Set("sectors", "16x4K").Set("word-us", "100");
+    Road road(builder);
+    road.programmer.setup.UseUnlockBypass = true;
+    ASSERT_TRUE(road.PrepareToProgram());
+    std::vector<uint8_t> bytes;
+    for (int i = 0; i < 300; ++i)
+        bytes.insert(bytes.end(), {0x90, 0x00, 0x00, 0x00});
+    ASSERT_TRUE(road.programmer.ProgramFlash(road.progress, ImageOf(bytes)));
+    road.ExpectContent(bytes);
+    road.ExpectNoViolation();
+}
+
 TEST(FlashBehaviour, BitThatDoesNotProgramIsFoundByTheVerify) {
     RecordingUserInterface user;
     vb::BoardBuilder builder;
@@ -73,7 +89,6 @@ TEST(FlashBehaviour, LockedBlocksAreRefusedUntilTheyAreUnlocked) {
     RecordingUserInterface user;
     vb::BoardBuilder builder;
     builder.Flash("intel16-64m").Set("sectors", "16x4K").Set("sector-us", "1000");
-    builder.Set("buffer-us", "1");
     Road road(builder);
     ASSERT_TRUE(road.PrepareToProgram());
     user.Expect(L"An Intel Block Locked error occured while attempting to erase sector 00000h.\n\n"

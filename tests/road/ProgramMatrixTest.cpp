@@ -15,19 +15,14 @@ struct Method {
     const char* bufferBytes;
     bool bypass;
     OmCommandSet commandSet;
-    // Busy time of a word or a buffer. The search for the wait begins at none, and what is sent to
-    // a busy chip is lost. Full AMD commands may be lost: the status read compares the data, and
-    // they are sent again. In bypass mode and to an Intel chip, data behind a lost command would be
-    // taken for commands, so these chips are done before the first status read.
-    const char* microseconds;
 };
 
 constexpr Method kMethods[] = {
-    {"AmdWord", "amd", "0", false, OmCommandSet::AmdWord, "15"},
-    {"AmdBypass", "amd", "0", true, OmCommandSet::AmdWord, "1"},
-    {"AmdBuffered", "amd", "32", false, OmCommandSet::AmdBuffered, "15"},
-    {"IntelStandard", "intel", "0", false, OmCommandSet::IntelStandard, "1"},
-    {"IntelExtended", "intel", "64", false, OmCommandSet::IntelExtended, "1"},
+    {"AmdWord", "amd", "0", false, OmCommandSet::AmdWord},
+    {"AmdBypass", "amd", "0", true, OmCommandSet::AmdWord},
+    {"AmdBuffered", "amd", "32", false, OmCommandSet::AmdBuffered},
+    {"IntelStandard", "intel", "0", false, OmCommandSet::IntelStandard},
+    {"IntelExtended", "intel", "64", false, OmCommandSet::IntelExtended},
 };
 
 struct Bus {
@@ -58,9 +53,7 @@ vb::BoardBuilder BoardFor(const Method& method, const Bus& bus) {
     builder.UnusedBefore(1).UnusedAfter(1).Chips(bus.chips);
     builder.Set("set", method.set).Set("width", bus.widthBits).Set("buffer", method.bufferBytes);
     builder.Set("sectors", "16x4K").Set("locks", "single");
-    builder.Set("word-us", method.microseconds)
-        .Set("buffer-us", method.microseconds)
-        .Set("sector-us", "1000");
+    builder.Set("word-us", "15").Set("buffer-us", "15").Set("sector-us", "1000");
     return builder;
 }
 
