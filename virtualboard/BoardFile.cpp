@@ -68,6 +68,8 @@ bool YesOrNo(const std::string& text) {
 
 using Words = std::vector<std::string>;
 
+constexpr int kDeepestInclude = 8;
+
 class Reader {
     struct Keyword {
         const char* name;
@@ -79,13 +81,27 @@ class Reader {
     Reader(Board& board, std::string folder, BsdlSource bsdl)
         : board_(board), folder_(std::move(folder)), bsdl_(std::move(bsdl)) {}
 
+    void Text(const std::string& text) {
+        std::istringstream lines(text);
+        std::string line;
+        for (int number = 1; std::getline(lines, line); ++number) {
+            try {
+                const Words words = SplitLine(line);
+                if (!words.empty())
+                    Line(words);
+            } catch (const std::exception& error) {
+                throw std::runtime_error("line " + std::to_string(number) + ": " + error.what());
+            }
+        }
+    }
+
     void Line(const Words& words) {
         static constexpr Keyword kKeywords[] = {
             {"device", 2, &Reader::Device}, {"flash", 1, &Reader::Flash},
             {"net", 2, &Reader::Net},       {"pull", 2, &Reader::Pull},
             {"tie", 2, &Reader::Tie},       {"poke", 3, &Reader::Poke},
             {"pod", 1, &Reader::Pod},       {"time", 1, &Reader::Time},
-            {"fault", 1, &Reader::Fault},
+            {"fault", 1, &Reader::Fault},   {"include", 1, &Reader::Include},
         };
         for (const Keyword& keyword : kKeywords) {
             if (words[0] != keyword.name)
@@ -103,6 +119,13 @@ class Reader {
     }
 
     void Device(const Words& words) { board_.AddDevice(words[1], bsdl_(words[2])); }
+
+    void Include(const Words& words) {
+        if (++depth_ > kDeepestInclude)
+            throw std::runtime_error("too many files within files");
+        Text(ReadWhole(InFolder(words[1])));
+        --depth_;
+    }
 
     void Flash(const Words& words) {
         FlashParameters parameters;
@@ -156,6 +179,10 @@ class Reader {
             entry.onThisBoard = YesOrNo(option.value);
         else if (option.key == "rtck")
             entry.returnClock = YesOrNo(option.value);
+        else if (option.key == "needs-low")
+            entry.needsLow = static_cast<uint16_t>(ParseNumber(option.value));
+        else if (option.key == "needs-high")
+            entry.needsHigh = static_cast<uint16_t>(ParseNumber(option.value));
         else
             throw std::runtime_error("a pod has no property '" + option.key + "'");
     }
@@ -189,23 +216,13 @@ class Reader {
     Board& board_;
     std::string folder_;
     BsdlSource bsdl_;
+    int depth_ = 0; // of files within files
 };
 
 std::unique_ptr<Board> ReadLines(const std::string& text, const std::string& folder,
                                  const BsdlSource& bsdl) {
     auto board = std::make_unique<Board>();
-    Reader reader(*board, folder, bsdl);
-    std::istringstream lines(text);
-    std::string line;
-    for (int number = 1; std::getline(lines, line); ++number) {
-        try {
-            const Words words = SplitLine(line);
-            if (!words.empty())
-                reader.Line(words);
-        } catch (const std::exception& error) {
-            throw std::runtime_error("line " + std::to_string(number) + ": " + error.what());
-        }
-    }
+    Reader(*board, folder, bsdl).Text(text);
     if (board->Pods().entries.empty())
         board->Pods().entries.emplace_back();
     board->PowerUp();

@@ -32,9 +32,30 @@ uint8_t Reversed(uint8_t byte) {
 
 } // namespace
 
-Mpsse::Mpsse(Board& board, bool highSpeed, bool connected, bool returnClock)
-    : board_(board), highSpeed_(highSpeed), connected_(connected), returnClock_(returnClock) {
+Mpsse::Mpsse(Board& board, const PodEntry& entry)
+    : board_(board), highSpeed_(entry.type == PodType::Ft2232H), entry_(entry) {
     ApplyFrequency();
+}
+
+bool Mpsse::TdiPin() const {
+    return Shows(kTdiPin);
+}
+
+bool Mpsse::TmsPin() const {
+    return Shows(kTmsPin);
+}
+
+// TCK must be an output, and the pod's buffers open.
+bool Mpsse::ReachesBoard() const {
+    const auto value = static_cast<uint16_t>(port_[0].value | port_[1].value << 8);
+    const auto driven = static_cast<uint16_t>(port_[0].direction | port_[1].direction << 8);
+    const bool open = (value & driven & entry_.needsHigh) == entry_.needsHigh &&
+                      (~value & driven & entry_.needsLow) == entry_.needsLow;
+    return entry_.onThisBoard && open && port_[0].direction & kTckPin;
+}
+
+bool Mpsse::TdoPin() const {
+    return !ReachesBoard() || board_.Chain().Tdo();
 }
 
 void Mpsse::Reset() {
@@ -85,7 +106,7 @@ size_t Mpsse::BadCommand(uint8_t command) {
 
 size_t Mpsse::Shift(std::span<const uint8_t> bytes) {
     const uint8_t command = bytes[0];
-    if (adaptive_ && !returnClock_) {
+    if (adaptive_ && !entry_.returnClock) {
         stalled_ = true; // TCK waits for an RTCK edge that never comes
         return 0;
     }
@@ -110,12 +131,12 @@ void Mpsse::SetTmsPin(bool level) {
 // One TCK pulse from low to high to low. Data written on the rising edge come too late for the
 // target's sampling of that edge: it sees what was there before.
 bool Mpsse::CycleBit(bool tms, bool tdi, uint8_t command) {
-    const bool inTime = command & kWriteOnFall;
-    const bool seenTms = inTime ? tms : TmsPin();
-    const bool seenTdi = inTime ? tdi : TdiPin();
+    const bool before[] = {TmsPin(), TdiPin()};
     SetTmsPin(tms);
     SetTdiPin(tdi);
-    const bool tdo = connected_ ? board_.Chain().Clock(seenTms, seenTdi) : true;
+    const bool inTime = command & kWriteOnFall;
+    const bool tdo = !ReachesBoard() || board_.Chain().Clock(inTime ? TmsPin() : before[0],
+                                                             inTime ? TdiPin() : before[1]);
     return loopback_ ? tdi : tdo;
 }
 
@@ -165,7 +186,9 @@ size_t Mpsse::ShiftBytes(uint8_t command, std::span<const uint8_t> bytes) {
 // The road of all bulk data. Low bit first and written on the falling edge is how the chain takes
 // its bits; the other forms are turned into it.
 void Mpsse::RunBytes(uint8_t command, const uint8_t* data, size_t count) {
-    const bool direct = connected_ && !loopback_ && (command & kWriteOnFall || !data);
+    const bool drivesTdi = port_[0].direction & kTdiPin;
+    const bool direct =
+        ReachesBoard() && !loopback_ && (command & kWriteOnFall || !data) && drivesTdi;
     if (!direct) {
         const auto bits = static_cast<uint8_t>((command | kBitMode));
         for (size_t i = 0; i < count; ++i) {
@@ -197,14 +220,14 @@ void Mpsse::SetLowPort(uint8_t value, uint8_t direction) {
     const bool wasHigh = port_[0].value & port_[0].direction & kTckPin;
     port_[0] = {value, direction};
     const bool isHigh = value & direction & kTckPin;
-    if (connected_ && !wasHigh && isHigh)
+    if (ReachesBoard() && !wasHigh && isHigh)
         board_.Chain().Clock(TmsPin(), TdiPin());
 }
 
 // Undriven pins are pulled up inside the chip.
 uint8_t Mpsse::LowPins() const {
     auto pins = static_cast<uint8_t>((port_[0].value & port_[0].direction) | ~port_[0].direction);
-    if (!(port_[0].direction & kTdoPin) && connected_ && !board_.Chain().Tdo())
+    if (!(port_[0].direction & kTdoPin) && !TdoPin())
         pins = static_cast<uint8_t>(pins & ~kTdoPin);
     return pins;
 }
@@ -218,7 +241,7 @@ void Mpsse::WaitForPin(bool high) {
 }
 
 void Mpsse::ClockOnly(size_t cycles) {
-    if (connected_)
+    if (ReachesBoard())
         board_.Chain().Run(TmsPin(), nullptr, TdiPin(), nullptr, cycles);
 }
 

@@ -14,8 +14,8 @@ namespace vb {
 
 class Mpsse : public PodEngine {
   public:
-    // `highSpeed`: the 60 MHz engine of an FT2232H, with its further commands.
-    Mpsse(Board& board, bool highSpeed, bool connected, bool returnClock);
+    // An FT2232H has the 60 MHz engine with its further commands, an FT2232C the older one.
+    Mpsse(Board& board, const PodEntry& entry);
 
     void Reset() override;
     // Runs all commands that are complete; the rest waits for more bytes.
@@ -50,17 +50,20 @@ class Mpsse : public PodEngine {
     void SetLowPort(uint8_t value, uint8_t direction);
     void ApplyFrequency();
 
-    bool TdiPin() const { return port_[0].value & 0x02; }
+    // What the board sees of an output pin: a pin that is no output is pulled up.
+    bool Shows(uint8_t pin) const { return port_[0].value & pin || !(port_[0].direction & pin); }
 
-    bool TmsPin() const { return port_[0].value & 0x08; }
+    bool TdiPin() const;
+    bool TmsPin() const;
+    bool ReachesBoard() const;
+    bool TdoPin() const;
 
     void SetTdiPin(bool level);
     void SetTmsPin(bool level);
 
     Board& board_;
     const bool highSpeed_;
-    const bool connected_;
-    const bool returnClock_;
+    const PodEntry entry_;
     Port port_[2]; // low and high byte
     uint16_t divisor_ = 0;
     bool divideByFive_ = true;

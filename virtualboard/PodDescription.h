@@ -17,6 +17,10 @@ struct PodEntry {
     bool open = false;       // held by another program
     bool onThisBoard = true; // false: a pod with nothing connected
     bool returnClock = true; // RTCK follows TCK, for adaptive clocking
+    // Port pins that must be driven so to open the pod's buffers: low byte for the low port, high
+    // byte for the high one.
+    uint16_t needsLow = 0;
+    uint16_t needsHigh = 0;
 };
 
 struct PodFaults {

@@ -76,8 +76,7 @@ void UsbHost::CountIdleTime() {
 std::unique_ptr<PodEngine> UsbHost::MakeEngine(const PodEntry& entry) {
     if (entry.type == PodType::UsbBlaster)
         return std::make_unique<UsbBlaster>(board_, entry.onThisBoard);
-    return std::make_unique<Mpsse>(board_, entry.type == PodType::Ft2232H, entry.onThisBoard,
-                                   entry.returnClock);
+    return std::make_unique<Mpsse>(board_, entry);
 }
 
 uint32_t UsbHost::Open(OpenBy by, const std::string& text, UsbDevice*& device) {

@@ -104,6 +104,17 @@ TEST(BoardFile, WithoutAPodLineThereIsTheDemoPod) {
     EXPECT_EQ(board->Pods().entries[0].type, vb::PodType::Ft2232H);
 }
 
+TEST(BoardFile, IncludesAnotherFile) {
+    const Folder folder;
+    std::ofstream(folder.Path("a.board")) << "pod FT2232H serial=A\n";
+    std::ofstream(folder.Path("b.board")) << "include a.board\npod FT2232H serial=B\n";
+    std::ofstream(folder.Path("c.board")) << "\ninclude c.board\n";
+    const auto board = vb::LoadBoard(folder.Path("b.board"));
+    ASSERT_EQ(board->Pods().entries.size(), 2u);
+    EXPECT_EQ(board->Pods().entries[0].serial, "A");
+    EXPECT_THROW(vb::LoadBoard(folder.Path("c.board")), std::runtime_error);
+}
+
 TEST(BoardFile, PokedWordsAreInTheArray) {
     Bench bench(vb::BoardBuilder().Line("poke F1 0 0x0001").Line("poke F1 1 0x227E"));
     EXPECT_EQ(bench.bus.Read(0), 0x0001u);
@@ -167,7 +178,7 @@ TEST(Environment, BoardIsLoadedAndReportedByTheProcessAlone) {
                                     OM_CHILD_PROGRAM + " " + library;
         ASSERT_EQ(std::system(command.c_str()), 0) << library;
         const std::string json = ReadText(folder.Path("stats.json"));
-        EXPECT_NE(json.find("\"bytes_written\": 6,"), std::string::npos) << json;
+        EXPECT_NE(json.find("\"bytes_written\": 12,"), std::string::npos) << json;
         EXPECT_NE(json.find("\"tck_cycles\": 12,"), std::string::npos) << json;
         std::filesystem::remove(folder.Path("stats.json"));
     }

@@ -1,5 +1,5 @@
 // A program of its own, as the product is one: it loads the stand-in by path (argument 1), writes
-// three bytes to the demo pod, unloads it, and does so again. It links nothing of the board.
+// six bytes to the demo pod, unloads it, and does so again. It links nothing of the board.
 
 #include <cstdint>
 #include <cstdio>
@@ -22,7 +22,7 @@ bool UseOnce(const char* path) {
     auto* setMode = Find<uint32_t(void*, uint8_t, uint8_t)>(library, "FT_SetBitMode");
     auto* write = Find<uint32_t(void*, const void*, uint32_t, uint32_t*)>(library, "FT_Write");
     auto* close = Find<uint32_t(void*)>(library, "FT_Close");
-    const uint8_t reset[] = {0x4B, 0x05, 0x9F};
+    const uint8_t reset[] = {0x80, 0x0A, 0x0B, 0x4B, 0x05, 0x9F};
     void* handle = nullptr;
     uint32_t written = 0;
     const bool done = open("Velmora Demo Board A", 2, &handle) == 0 && setMode(handle, 0, 2) == 0 &&

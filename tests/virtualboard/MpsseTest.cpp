@@ -135,6 +135,31 @@ TEST_F(Mpsse, BitBangedTckClocksTheTap) {
     EXPECT_EQ(vb::CurrentBoard()->Chain().State(), vb::TapState::SelectDr);
 }
 
+TEST_F(Mpsse, PinsThatAreNoOutputsDriveNothing) {
+    // TDI as an input is pulled up: ones go in, whatever the data.
+    EXPECT_EQ(InShift({0x80, 0x08, 0x09, 0x39, 0x01, 0x00, 0x00, 0x00, 0x80, 0x08, 0x0B}, 2),
+              (Bytes{0xFE, 0xFF}));
+    const uint64_t before = Cycles(); // and with TCK an input nothing moves at all
+    EXPECT_EQ(pod_->Exchange({0x80, 0x08, 0x0A, 0x39, 0x00, 0x00, 0x00, 0x87}, 1), (Bytes{0xFF}));
+    EXPECT_EQ(Cycles(), before);
+}
+
+TEST_F(Mpsse, BuffersOfThePodMustBeOpened) {
+    Plug("pod FT2232H needs-low=0x0010 needs-high=0x0200");
+    const uint64_t before = Cycles();
+    const Bytes clock = {0x8E, 0x00};
+    for (const Bytes& closed :
+         {Bytes{0x80, 0x08, 0x1B, 0x82, 0x00, 0x02}, Bytes{0x80, 0x18, 0x1B, 0x82, 0x02, 0x02},
+          Bytes{0x80, 0x08, 0x0B, 0x82, 0x02, 0x02}, Bytes{0x80, 0x08, 0x1B, 0x82, 0x02, 0x00}}) {
+        pod_->Send(closed);
+        pod_->Send(clock);
+        EXPECT_EQ(Cycles(), before);
+    }
+    pod_->Send({0x80, 0x08, 0x1B, 0x82, 0x02, 0x02});
+    pod_->Send(clock);
+    EXPECT_EQ(Cycles(), before + 1);
+}
+
 TEST_F(Mpsse, LoopbackReturnsWhatGoesOut) {
     EXPECT_EQ(pod_->Exchange({0x84, 0x39, 0x00, 0x00, 0xB1, 0x3B, 0x03, 0x05, 0x85, 0x87}, 2),
               (Bytes{0xB1, 0x5B}));
