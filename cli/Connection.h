@@ -1,0 +1,17 @@
+// Cables by the names that are typed, and what the connection options mean to each.
+#pragma once
+
+#include "cli/Options.h"
+
+#include <string>
+
+// Null for an unknown name.
+std::optional<OmCableType> FindCable(const std::string& name);
+
+// "ft2232, usb-blaster, ..."
+std::string ListCableNames();
+
+// Changes `settings` as chosen. False with a text if an option means nothing to the cable or its
+// value is out of range.
+bool ApplyConnection(const OmConnectionChoice& choice, OmConnectionSettings& settings,
+                     std::string& error);

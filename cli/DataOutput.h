@@ -1,0 +1,14 @@
+// Saving what was read from the flash.
+#pragma once
+
+#include "cli/Options.h"
+#include "data/DataImage.h"
+
+// By the file name's extension; nothing if it tells none.
+std::optional<OmDataFormat> GuessFormat(const std::string& path);
+
+// Reports its own failure.
+bool SaveData(const std::string& path, OmDataFormat format, const OmDataImage& image);
+
+// The bytes of `image` from `start` on, `size` of them.
+OmDataImage CropImage(const OmDataImage& image, uint32_t start, uint32_t size);

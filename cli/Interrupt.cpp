@@ -1,0 +1,32 @@
+#include "cli/Interrupt.h"
+
+#include <atomic>
+#include <csignal>
+
+namespace {
+
+std::atomic<bool> interruptedFlag = false;
+static_assert(std::atomic<bool>::is_always_lock_free); // a signal handler may touch it
+
+void OnSignal(int signal) {
+    interruptedFlag = true;
+    std::signal(signal, SIG_DFL);
+}
+
+} // namespace
+
+void InstallInterrupt() {
+    std::signal(SIGINT, OnSignal);
+    std::signal(SIGTERM, OnSignal);
+#ifdef SIGPIPE
+    std::signal(SIGPIPE, SIG_IGN);
+#endif
+}
+
+bool IsInterrupted() {
+    return interruptedFlag;
+}
+
+void SetInterrupted(bool interrupted) {
+    interruptedFlag = interrupted;
+}

@@ -1,0 +1,107 @@
+#include "cli/Connection.h"
+
+#include <gtest/gtest.h>
+
+namespace {
+
+OmConnectionChoice Choose(const char* cable) {
+    OmConnectionChoice choice;
+    choice.cable = FindCable(cable);
+    EXPECT_TRUE(choice.cable) << cable;
+    return choice;
+}
+
+TEST(CliConnection, EveryCableHasAName) {
+    EXPECT_EQ(ListCableNames(), "ft2232, usb-blaster, jlink, jlink-ip, digilent, xilinx3, "
+                                "byteblaster, ispdownload, wiggler, easyice");
+    EXPECT_EQ(FindCable("ft2232"), OmCableType::Ftd2xx);
+    EXPECT_EQ(FindCable("easyice"), OmCableType::EmbestEasyIce);
+    EXPECT_FALSE(FindCable("FT2232"));
+    EXPECT_FALSE(FindCable(""));
+}
+
+TEST(CliConnection, NothingChosenLeavesTheSettings) {
+    OmConnectionSettings settings;
+    settings.cableType = OmCableType::JLinkIp;
+    settings.jlinkIpHost = "bench";
+    std::string error;
+    EXPECT_TRUE(ApplyConnection({}, settings, error));
+    EXPECT_EQ(settings.cableType, OmCableType::JLinkIp);
+    EXPECT_EQ(settings.jlinkIpHost, "bench");
+}
+
+TEST(CliConnection, ValuesGoToTheChosenCable) {
+    std::string error;
+    OmConnectionSettings settings;
+    OmConnectionChoice choice = Choose("ft2232");
+    choice.frequency = 15000000;
+    choice.serial = "FT123";
+    choice.description = "Pod A";
+    choice.adaptiveClocking = true;
+    EXPECT_TRUE(ApplyConnection(choice, settings, error)) << error;
+    EXPECT_EQ(settings.ftd2xxFrequency, 15000000);
+    EXPECT_EQ(settings.ftd2xxSerial, "FT123");
+    EXPECT_EQ(settings.ftd2xxDescription, "Pod A");
+    EXPECT_TRUE(settings.ftd2xxAdaptiveClocking);
+    EXPECT_EQ(settings.jlinkUsbFrequency, 6000000);
+
+    choice = Choose("jlink");
+    choice.serial = "2";
+    choice.frequency = 4000000;
+    EXPECT_TRUE(ApplyConnection(choice, settings, error)) << error;
+    EXPECT_EQ(settings.jlinkUsbNumber, 2);
+    EXPECT_EQ(settings.jlinkUsbFrequency, 4000000);
+
+    choice = Choose("jlink-ip");
+    choice.server = "bench:19021";
+    EXPECT_TRUE(ApplyConnection(choice, settings, error)) << error;
+    EXPECT_EQ(settings.jlinkIpHost, "bench");
+    EXPECT_EQ(settings.jlinkIpPort, 19021);
+
+    choice = Choose("wiggler");
+    choice.lptPort = 2;
+    choice.frequency = 100000;
+    EXPECT_TRUE(ApplyConnection(choice, settings, error)) << error;
+    EXPECT_EQ(settings.lptPort, 2);
+    EXPECT_EQ(settings.lptFrequency, 100000);
+}
+
+TEST(CliConnection, WhatTheCableLacksIsRefused) {
+    struct {
+        const char* cable;
+        void (*choose)(OmConnectionChoice&);
+        const char* error;
+    } const cases[] = {
+        {"usb-blaster", [](OmConnectionChoice& c) { c.frequency = 6000000; },
+         "--frequency does not suit the cable usb-blaster"},
+        {"wiggler", [](OmConnectionChoice& c) { c.serial = "1"; },
+         "--serial does not suit the cable wiggler"},
+        {"jlink", [](OmConnectionChoice& c) { c.serial = "x"; },
+         "--serial does not suit the cable jlink"},
+        {"digilent", [](OmConnectionChoice& c) { c.description = "x"; },
+         "--description does not suit the cable digilent"},
+        {"ft2232", [](OmConnectionChoice& c) { c.server = "x"; },
+         "--server does not suit the cable ft2232"},
+        {"jlink-ip", [](OmConnectionChoice& c) { c.server = "x:y"; },
+         "--server does not suit the cable jlink-ip"},
+        {"ft2232", [](OmConnectionChoice& c) { c.lptPort = 0; },
+         "--port does not suit the cable ft2232"},
+        {"jlink", [](OmConnectionChoice& c) { c.adaptiveClocking = false; },
+         "--adaptive does not suit the cable jlink"},
+        {"jlink", [](OmConnectionChoice& c) { c.serial = "9"; },
+         "a value is out of range for the cable jlink"},
+        {"ft2232", [](OmConnectionChoice& c) { c.frequency = 60000000; },
+         "a value is out of range for the cable ft2232"},
+    };
+
+    for (const auto& c : cases) {
+        OmConnectionChoice choice = Choose(c.cable);
+        c.choose(choice);
+        OmConnectionSettings settings;
+        std::string error;
+        EXPECT_FALSE(ApplyConnection(choice, settings, error));
+        EXPECT_EQ(error, c.error);
+    }
+}
+
+} // namespace

@@ -1,0 +1,160 @@
+// The program as a user runs it, on the demo board: an FT2232, three devices, one 16-bit AMD flash
+// of 8 MiB with 135 sectors.
+#include "tests/support/TemporaryFolder.h"
+
+#include <cstdlib>
+#include <gtest/gtest.h>
+#include <string>
+#ifndef _WIN32
+#include <sys/wait.h>
+#endif
+
+namespace {
+
+class WholeProgram : public ::testing::Test {
+  protected:
+    // Runs the program in the test's folder with settings of its own; `line` is for the shell.
+    int Run(const std::string& line) {
+        const std::string folder = folder_.path.string();
+        const std::string command = "cd '" + folder + "' && XDG_CONFIG_HOME='" + folder +
+                                    "/config' VIRTUALBOARD_FLASH_DUMP='" + folder +
+                                    "/flash.bin' VIRTUALBOARD_STATS='" + folder + "/stats.json' " +
+                                    OM_PROGRAM + " " + line + " 2> errors";
+        const int status = std::system(command.c_str());
+        return WIFEXITED(status) ? WEXITSTATUS(status) : -1;
+    }
+
+    int RunOnPod(const std::string& line) { return Run("-c ft2232 -f 30M " + line); }
+
+    std::string Errors() const { return ReadWholeFile(folder_.Path("errors")); }
+
+    std::string FlashStart(size_t size) const {
+        return ReadWholeFile(folder_.Path("flash.bin")).substr(0, size);
+    }
+
+    // `size` bytes that no erased flash holds.
+    std::string MakeData(size_t size) const {
+        std::string data;
+        for (size_t index = 0; index < size; ++index)
+            data += static_cast<char>(index * 7 % 251);
+        folder_.Write("data.bin", data);
+        return data;
+    }
+
+    bool HasError(const std::string& text) const {
+        return Errors().find(text) != std::string::npos;
+    }
+
+    const std::string setup_ = OM_DEMO_SETUP;
+    TemporaryFolder folder_;
+};
+
+TEST_F(WholeProgram, ProgramsVerifiesAndLeavesTheFlashAsTheFile) {
+    const std::string data = MakeData(3001);
+    ASSERT_EQ(RunOnPod("program " + setup_ + " data.bin"), 0) << Errors();
+    EXPECT_TRUE(HasError("Erasing sector 1 of 1...")) << Errors();
+    EXPECT_TRUE(HasError("Program operation completed and succesfully verified.")) << Errors();
+    EXPECT_EQ(FlashStart(3001), data);
+    EXPECT_NE(ReadWholeFile(folder_.Path("stats.json")).find("violation"), std::string::npos);
+}
+
+TEST_F(WholeProgram, OffsetMovesTheData) {
+    const std::string data = MakeData(100);
+    ASSERT_EQ(RunOnPod("program " + setup_ + " data.bin -o 20000 --no-verify -q"), 0) << Errors();
+    EXPECT_EQ(Errors(), "");
+    const std::string flash = FlashStart(0x20000 + 100);
+    EXPECT_EQ(flash.substr(0x20000), data);
+    EXPECT_EQ(flash.substr(0, 100), std::string(100, '\xFF'));
+}
+
+TEST_F(WholeProgram, ReadWritesExactlyTheAskedBytes) {
+    ASSERT_EQ(RunOnPod("read " + setup_ + " out.bin --from 0x11 --size 33"), 0) << Errors();
+    EXPECT_EQ(ReadWholeFile(folder_.Path("out.bin")), std::string(33, '\xFF'));
+    ASSERT_EQ(RunOnPod("read " + setup_ + " out.srec --from 7ffffe"), 0) << Errors();
+    EXPECT_EQ(ReadWholeFile(folder_.Path("out.srec")),
+              "S0030000FC\nS2067FFFFEFFFF7F\nS804000000FB\n");
+}
+
+TEST_F(WholeProgram, LooksWithoutTouching) {
+    EXPECT_EQ(RunOnPod("check " + setup_), 0) << Errors();
+    EXPECT_EQ(RunOnPod("chain > out"), 0) << Errors();
+    EXPECT_NE(ReadWholeFile(folder_.Path("out")).find("3 devices, from TDI to TDO\nDev1: IDCODE "),
+              std::string::npos);
+    EXPECT_EQ(RunOnPod("info " + setup_ + " > out"), 0) << Errors();
+    EXPECT_NE(ReadWholeFile(folder_.Path("out"))
+                  .find("Sectors                                    8 x 8192 Bytes, 127 x 65536 "
+                        "Bytes\n"),
+              std::string::npos)
+        << ReadWholeFile(folder_.Path("out"));
+    EXPECT_EQ(RunOnPod("blank-check " + setup_ + " --size 4K"), 0) << Errors();
+    EXPECT_EQ(RunOnPod("reset"), 0) << Errors();
+    EXPECT_EQ(FlashStart(4096), std::string(4096, '\xFF'));
+}
+
+TEST_F(WholeProgram, FailuresAreOneAndTold) {
+    MakeData(100);
+
+    struct {
+        std::string line;
+        const char* error;
+    } const cases[] = {
+        {"check missing.velflash", "Failed to load setup file 'missing.velflash'."},
+        {"verify " + setup_ + " missing.bin",
+         "Failed to load data file 'missing.bin'.\nError opening file."},
+        {"verify " + setup_ + " data.bin", "Data verification failed at offset 00000h."},
+        {"program " + setup_ + " data.bin -o 7FFFF0", "The data reaches up to offset 800053h"},
+        {"read " + setup_ + " out.bin --from 800000", "there is nothing at offset 800000h"},
+        {"read " + setup_ + " out.bin --from 7FFFFF --size 2",
+         "there is nothing at offset 800000h"},
+        {"read " + setup_ + " missing/out.bin --size 2", "Failed to save 'missing/out.bin'."},
+        {"erase " + setup_ + " -s 0,135", "There is no sector 135: the flash has 135 sectors"},
+        {"lock " + setup_ + " --all", "Ignore this warning and proceed anyway?\nAnswered No."},
+        {"bsdl missing.bsd", "missing.bsd"},
+        {"check " OM_DEMO_BSDL, "Failed to load setup file"},
+        {"bsdl " OM_DEMO_BSDL " > /dev/full", "Writing to standard output failed."},
+    };
+
+    for (const auto& c : cases) {
+        EXPECT_EQ(RunOnPod(c.line), 1) << c.line;
+        EXPECT_TRUE(HasError(c.error)) << c.line << "\n" << Errors();
+    }
+}
+
+TEST_F(WholeProgram, WrongLinesAreTwo) {
+    EXPECT_EQ(Run(""), 2);
+    EXPECT_EQ(Run("chain -c frob"), 2);
+    EXPECT_EQ(Run("chain -c usb-blaster -f 6M"), 2);
+    EXPECT_TRUE(HasError("--frequency does not suit the cable usb-blaster"));
+}
+
+TEST_F(WholeProgram, SettingsOfTheStoreHoldWithoutOptionsAndStayAsTheyAre) {
+    std::filesystem::create_directory(folder_.path / "config");
+    const std::string store = "ConnCableType=6\nConnFtd2xxFreq=30000000\n";
+    folder_.Write("config/Velmora Flash Programmer.conf", store);
+    EXPECT_EQ(Run("--log chain > out"), 0) << Errors();
+    EXPECT_TRUE(HasError("Creating OmFtd2xx\n")) << Errors();
+    EXPECT_EQ(ReadWholeFile(folder_.Path("config/Velmora Flash Programmer.conf")), store);
+}
+
+TEST_F(WholeProgram, BsdlReportGoesToStandardOutput) {
+    EXPECT_EQ(Run("bsdl " OM_DEMO_BSDL " > out"), 0) << Errors();
+    EXPECT_EQ(ReadWholeFile(folder_.Path("out")).substr(0, 28), "Device name: VELDEMO_PMU20\n\n");
+    EXPECT_EQ(Errors(), "");
+}
+
+// The signal comes while sectors are being erased; what was asked last is finished first.
+TEST_F(WholeProgram, InterruptStopsAnActionAndIs130) {
+    const std::string waitForErase = " & pid=$!; for i in $(seq 400); do grep -q 'Erasing sector 2 "
+                                     "' errors && break; sleep 0.05; "
+                                     "done; kill -INT $pid; wait $pid) #";
+    const std::string folder = folder_.path.string();
+    const std::string command = "cd '" + folder + "' && (XDG_CONFIG_HOME='" + folder +
+                                "/config' " OM_PROGRAM " -c ft2232 -f 30M erase " + setup_ +
+                                " -s 0-134 2> errors" + waitForErase;
+    const int status = std::system(command.c_str());
+    ASSERT_TRUE(WIFEXITED(status));
+    EXPECT_EQ(WEXITSTATUS(status), 130) << Errors();
+    EXPECT_TRUE(HasError("Erase operation was aborted by user.")) << Errors();
+}
+
+} // namespace
