@@ -182,6 +182,24 @@ TEST_F(IntelProgram, FlashThatNeverGetsReadyIsGivenUpAtTheLongestWait) {
               OmFlashResult::Done);
     EXPECT_EQ(wait, 3);
     EXPECT_EQ(count, 3u);
+    // one word with waits of 0, 1 and 3, each followed by the longest wait, then both others at
+    // once
+    const std::vector<size_t> expected{2, 10, 3, 11, 3, 13, 3, 24, 3, 1, 2, 3, 1};
+    EXPECT_EQ(bench.cable.runSizes, expected);
+}
+
+TEST_F(IntelProgram, TransfersAreFilledWithTheClosingScansCounted) {
+    bench.cable.flash = [](const BenchPins&) { return 0x0080u; };
+    OmDataImage image;
+    for (uint32_t word = 0; word < 60; ++word)
+        image.SetByte(word * 2, 1);
+    bench.cable.status = 34; // 38 words of 8 scans and two more fill nine transfers
+    IntelProgramWords(bench.bus, progress, image, wait, count);
+    EXPECT_EQ(bench.cable.runSizes[2], 306u);
+    bench.cable.runSizes.clear();
+    bench.cable.status = 27; // two blocks of 13 scans and one more fill one transfer
+    IntelProgramBuffers(bench.bus, progress, image, 1, wait, count);
+    EXPECT_EQ(bench.cable.runSizes[2], 27u);
 }
 
 TEST_F(IntelProgram, WordIsDoneWhenAllChipsAreReady) {

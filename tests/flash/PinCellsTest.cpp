@@ -20,6 +20,7 @@ OmPinCellList Find(const std::vector<CellRow>& cells, const std::string& port, i
 std::string Set(const OmPinCellList& pin, uint8_t value) {
     OmBitVector image(kBase + 8, kBitUnknown);
     SetPinValue(pin, value, image, kBase);
+    EXPECT_EQ(image[kBase - 1], kBitUnknown) << "outside the register";
     return BitsToText(image, OmBitOrder::LowestFirst).substr(kBase);
 }
 
