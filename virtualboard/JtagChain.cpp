@@ -40,6 +40,8 @@ bool JtagChain::Tdo() const {
 bool JtagChain::Clock(bool tms, bool tdi) {
     const bool tdo = Tdo();
     clock_.Tick(1);
+    if (trace_)
+        trace_->push_back({state_, tms, tdi});
     if (!powered_)
         return tdo;
     if (Shifting()) {
@@ -160,11 +162,19 @@ void JtagChain::ShiftRun(const uint8_t* tdi, bool idleTdi, uint8_t* tdo, size_t 
     }
 }
 
+// A run in which the state does not change.
+void JtagChain::TraceRun(const uint8_t* tdi, bool idleTdi, bool tms, size_t bits) {
+    for (size_t i = 0; i < bits; ++i)
+        trace_->push_back({state_, tms, tdi ? (tdi[i / 8] >> (i % 8) & 1) != 0 : idleTdi});
+}
+
 void JtagChain::Run(bool tms, const uint8_t* tdi, bool idleTdi, uint8_t* tdo, size_t bits) {
     const bool staysInShift = Shifting() && !tms && powered_;
     const bool rests = !powered_ || (!Shifting() && NextTapState(state_, tms) == state_);
     if (staysInShift || rests) {
         clock_.Tick(bits);
+        if (trace_)
+            TraceRun(tdi, idleTdi, tms, bits);
         if (staysInShift)
             ShiftRun(tdi, idleTdi, tdo, bits);
         else if (tdo) // nothing shifts: TDO shows one level

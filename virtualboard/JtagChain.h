@@ -25,6 +25,13 @@ class ChainObserver {
 
 enum class TdoFault { None, StuckLow, StuckHigh };
 
+// One TCK cycle: where the TAP was at its rising edge, and the levels that came with it.
+struct TckCycle {
+    TapState state;
+    bool tms;
+    bool tdi;
+};
+
 class JtagChain {
   public:
     explicit JtagChain(BoardClock& clock);
@@ -42,6 +49,9 @@ class JtagChain {
     void SetTdoFault(TdoFault fault) { tdoFault_ = fault; }
 
     void SetPower(bool on) { powered_ = on; }
+
+    // Keeps every cycle in `trace` (not owned; null ends it). For tests: a long run fills it fast.
+    void SetTrace(std::vector<TckCycle>* trace) { trace_ = trace; }
 
     // One TCK cycle. The result is TDO as sampled at the rising edge.
     bool Clock(bool tms, bool tdi);
@@ -70,6 +80,7 @@ class JtagChain {
 
     bool Shifting() const { return state_ == TapState::ShiftDr || state_ == TapState::ShiftIr; }
 
+    void TraceRun(const uint8_t* tdi, bool idleTdi, bool tms, size_t bits);
     void ShiftWord(uint64_t tdi, uint64_t& tdo, unsigned count);
     void ShiftRun(const uint8_t* tdi, bool idleTdi, uint8_t* tdo, size_t bits);
     void Move(bool tms);
@@ -86,6 +97,7 @@ class JtagChain {
     std::vector<Segment> segments_; // the last one feeds TDO
     std::vector<std::vector<uint32_t>> changedCells_;
     ChainObserver* observer_ = nullptr;
+    std::vector<TckCycle>* trace_ = nullptr;
     TapState state_ = TapState::TestLogicReset;
     TdoFault tdoFault_ = TdoFault::None;
     bool powered_ = true;

@@ -162,3 +162,25 @@ TEST(Chain, CountsScansAndCycles) {
     // Six for the reset; then the way to the shift state, the bits, and two to Run-Test/Idle.
     EXPECT_EQ(board.Clock().Cycles(), 6u + (4 + 4 + 2) + (3 + 13 + 2));
 }
+
+TEST(Chain, TraceHoldsEveryCycleWithItsStateAndLevels) {
+    vb::Board& board = ThreeDevices().Install();
+    TestPod pod;
+    pod.ResetTap();
+    std::vector<vb::TckCycle> trace;
+    board.Chain().SetTrace(&trace);
+    pod.ScanDr("1" // whole bytes, a rest of one bit and the last bit
+               "0"
+               "00000011");
+    board.Chain().SetTrace(nullptr);
+    pod.ScanDr("1");
+    std::string text;
+    for (const vb::TckCycle& cycle : trace)
+        text += std::string(vb::TapStateName(cycle.state)) + (cycle.tms ? " 1" : " 0") +
+                (cycle.tdi ? "1\n" : "0\n");
+    std::string shifts = "Shift-DR 01\nShift-DR 01\n";
+    for (int i = 0; i < 7; ++i)
+        shifts += "Shift-DR 00\n";
+    EXPECT_EQ(text, "Run-Test/Idle 11\nSelect-DR-Scan 01\nCapture-DR 01\n" + shifts +
+                        "Shift-DR 11\nExit1-DR 10\nUpdate-DR 00\n");
+}

@@ -40,7 +40,7 @@ Bool Answer(ErrorCode* error, ErrorCode value) {
     return value == kNoError;
 }
 
-// Counts the call; false if it is to fail.
+// Counts the call; false if it is to fail. A call that closes something does so all the same.
 bool Begin(const char* function) {
     vb::UsbHost* host = vb::CurrentUsbHost();
     return host && host->BeginCall(function) == vb::kUsbOk && !host->Unplugged();
@@ -92,6 +92,7 @@ EXPORT Bool DpcInit(ErrorCode* error) {
 }
 
 EXPORT void DpcTerm() {
+    Begin("DpcTerm");
     State() = {};
 }
 
@@ -128,11 +129,12 @@ EXPORT Bool DpcOpenJtag(Interface* handle, const char* name, ErrorCode* error, v
 }
 
 EXPORT Bool DpcCloseJtag(Interface handle, ErrorCode* error) {
+    const bool well = Begin("DpcCloseJtag");
     if (!handle || handle != State().pod)
         return Answer(error, kNoDevice);
     State().pod = nullptr;
     State().enabled = false;
-    return Answer(error, kNoError);
+    return Answer(error, well ? kNoError : kTransferFailed);
 }
 
 EXPORT Bool DpcEnableJtag(Interface handle, ErrorCode* error, void*) {
@@ -144,10 +146,11 @@ EXPORT Bool DpcEnableJtag(Interface handle, ErrorCode* error, void*) {
 }
 
 EXPORT Bool DpcDisableJtag(Interface handle, ErrorCode* error) {
+    const bool well = Begin("DpcDisableJtag");
     if (!handle || handle != State().pod)
         return Answer(error, kNoDevice);
     State().enabled = false;
-    return Answer(error, kNoError);
+    return Answer(error, well ? kNoError : kTransferFailed);
 }
 
 EXPORT Bool DpcPutTdiBits(Interface handle, int count, const uint8_t* tdi, Bool tms, Bool returnTdo,

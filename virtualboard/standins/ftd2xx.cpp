@@ -110,11 +110,17 @@ EXPORT Status FT_OpenEx(void* argument, uint32_t flags, Handle* handle) {
     return status;
 }
 
+// A handle is void behind a close that fails, too.
 EXPORT Status FT_Close(Handle handle) {
-    return OnDevice("FT_Close", handle, [](vb::UsbHost& host, vb::UsbDevice& device) {
-        host.Close(device);
-        return vb::kUsbOk;
-    });
+    vb::UsbHost* host = vb::CurrentUsbHost();
+    if (!host)
+        return kNoHost;
+    const Status fault = host->BeginCall("FT_Close");
+    vb::UsbDevice* device = host->FromHandle(handle);
+    if (!device)
+        return vb::kUsbInvalidHandle;
+    host->Close(*device);
+    return fault;
 }
 
 EXPORT Status FT_ResetDevice(Handle handle) {

@@ -45,6 +45,12 @@ void Fail(const char* text) {
         State().error(text);
 }
 
+// Whether a call that chooses a pod goes well: it needs no pod yet.
+bool Selects(const char* function) {
+    vb::UsbHost* host = vb::CurrentUsbHost();
+    return !host || host->BeginCall(function) == vb::kUsbOk;
+}
+
 // The chain behind the open pod, or null after an error has been reported.
 vb::JtagChain* BeginTransfer(const char* function, uint32_t bits, bool reads) {
     vb::Board* board = vb::CurrentBoard();
@@ -72,7 +78,7 @@ vb::JtagChain* BeginTransfer(const char* function, uint32_t bits, bool reads) {
 
 EXPORT int JLINKARM_SelectUSB(int number) {
     constexpr int kMostPods = 4;
-    if (number < 0 || number >= kMostPods)
+    if (number < 0 || number >= kMostPods || !Selects("JLINKARM_SelectUSB"))
         return 1;
     State().byAddress = false;
     State().wanted = std::to_string(number);
@@ -80,7 +86,7 @@ EXPORT int JLINKARM_SelectUSB(int number) {
 }
 
 EXPORT int JLINKARM_SelectIP(const char* host, int port) {
-    if (!host || !*host || port < 0)
+    if (!host || !*host || port < 0 || !Selects("JLINKARM_SelectIP"))
         return 1;
     State().byAddress = true;
     State().wanted = host;
@@ -98,6 +104,8 @@ EXPORT const char* JLINKARM_Open() {
 }
 
 EXPORT void JLINKARM_Close() {
+    if (vb::UsbHost* host = vb::CurrentUsbHost())
+        host->BeginCall("JLINKARM_Close"); // has no result that could tell of a failure
     State().open = false;
 }
 
