@@ -1,9 +1,7 @@
 #include "app/App.h"
 #include "app/MainFrame.h"
 #include "flash/FlashProgrammer.h"
-#include "tests/support/TemporaryFolder.h"
-#include "tests/windows/support/ModalSteps.h"
-#include "tests/windows/support/UserActions.h"
+#include "tests/windows/MainWindow.h"
 
 #include <gtest/gtest.h>
 #include <wx/config.h>
@@ -79,7 +77,8 @@ TEST_F(StartUp, LoadsTheNamedFiles) {
     const std::string data = folder_.Write("data.bin", "hello");
     const std::string setup = folder_.Path("board.velflash");
     Start({});
-    OmFlashProgrammer::GetInstance().SaveDesignSetup(setup);
+    OmFlashProgrammer::GetInstance().SetDesignSetup(MakeSmallestSetup());
+    ASSERT_TRUE(OmFlashProgrammer::GetInstance().SaveDesignSetup(setup));
     Stop();
     const OmMainFrame& frame = Start({setup, data});
     EXPECT_EQ(frame.GetTitle(), "board - Velmora Flash Programmer");

@@ -11,6 +11,9 @@ TEST_F(MainWindowTest, StartsUntitledAndEmpty) {
     EXPECT_EQ(frame_->GetHexView().GetLineCount(), 0u);
     EXPECT_EQ(frame_->GetStatusBar(), nullptr);
     EXPECT_TRUE(help_.book.EndsWith("/velflash")) << help_.book;
+}
+
+TEST_F(MainWindowTest, EmptyWindowLooksRight) {
     TakeScreenshot(*frame_, "main-empty");
 }
 
@@ -68,7 +71,8 @@ TEST_F(MainWindowTest, CancelAtTheSetupPromptKeepsTheWindowAndSkipsTheDataPrompt
     ReadFromFlash(0, {1});
     user_.Expect(L"Do you want to save current setup?", kSaveQuestionBox, OmAnswer::Cancel);
     EXPECT_FALSE(frame_->Close());
-    ChooseMenu(*frame_, kIdGoToOffset); // the window is alive and takes commands
+    ChooseMenu(*frame_, wxID_HELP); // the window is alive and takes commands
+    EXPECT_EQ(help_.topics.size(), 1u);
 }
 
 TEST_F(MainWindowTest, CancelAtTheDataPromptKeepsTheWindowEvenOnExit) {

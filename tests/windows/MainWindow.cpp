@@ -7,6 +7,12 @@
 #include <wx/fileconf.h>
 #include <wx/filename.h>
 
+OmDesignSetup MakeSmallestSetup() {
+    OmDesignSetup setup;
+    setup.SetChainDevices(std::vector<OmBitVector>(1), OmBitVector());
+    return setup;
+}
+
 MainWindowTest::MainWindowTest() {
     auto* store = new wxFileConfig("test", "test", folder_.Path("settings"), wxString(),
                                    wxCONFIG_USE_LOCAL_FILE);

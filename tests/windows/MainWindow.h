@@ -3,6 +3,7 @@
 
 #include "app/Help.h"
 #include "app/MainFrame.h"
+#include "setup/DesignSetup.h"
 #include "tests/support/RecordingUserInterface.h"
 #include "tests/support/TemporaryFolder.h"
 #include "tests/windows/support/ModalSteps.h"
@@ -14,6 +15,8 @@
 #include <wx/config.h>
 #include <wx/wx.h>
 
+class wxAuiToolBar;
+
 inline constexpr char kOpenSetupFilter[] =
     "Setup Files (*.velflash)|*.velflash|All Files (*.*)|*.*";
 inline constexpr char kSaveSetupFilter[] = "Setup Files (*.velflash)|*.velflash";
@@ -23,6 +26,9 @@ inline constexpr char kOpenDataFilter[] =
 inline constexpr char kSaveDataFilter[] =
     "S-record (*.srec;*.mot;*.S19)|*.srec;*.mot;*.S19|Intel HEX (*.hex)|*.hex|"
     "Raw binary (*.bin;*.raw;*.dat)|*.bin;*.raw;*.dat";
+
+// One device: a file without a chain is refused.
+OmDesignSetup MakeSmallestSetup();
 
 class RecordingHelpViewer : public OmHelpViewer {
   public:

@@ -1,4 +1,5 @@
 #include "app/CommandIds.h"
+#include "flash/FlashProgrammer.h"
 #include "tests/windows/MainWindow.h"
 
 namespace {
@@ -7,6 +8,8 @@ constexpr wchar_t kQuestion[] = L"Do you want to save current setup?";
 
 class SetupFileTest : public MainWindowTest {
   protected:
+    SetupFileTest() { OmFlashProgrammer::GetInstance().SetDesignSetup(MakeSmallestSetup()); }
+
     // A setup file that the program itself wrote; the window is as new afterwards.
     wxString MakeSetupFile(const std::string& name) {
         const wxString path = folder_.Path(name);

@@ -9,6 +9,23 @@
 
 namespace {
 
+int installedSteps = 0;
+
+int Refuse(const wxDialog& dialog) {
+    const auto* box = dynamic_cast<const wxMessageDialogBase*>(&dialog);
+    ADD_FAILURE() << "unexpected dialog \"" << dialog.GetTitle().ToStdString() << "\" "
+                  << (box ? box->GetMessage().ToStdString() : std::string());
+    return wxID_CANCEL;
+}
+
+// The toolkit asks every hook that is registered.
+class Refuser : public wxModalDialogHook {
+  protected:
+    int Enter(wxDialog* dialog) override {
+        return installedSteps == 0 ? Refuse(*dialog) : wxID_NONE;
+    }
+};
+
 void TakeStep(wxDialog& dialog, const ModalSteps::Step& step) {
     const wxString title = dialog.GetTitle();
     wxWeakRef<wxDialog> alive(&dialog);
@@ -22,12 +39,19 @@ void TakeStep(wxDialog& dialog, const ModalSteps::Step& step) {
 
 } // namespace
 
+void RefuseUnexpectedDialogs() {
+    static Refuser refuser;
+    refuser.Register();
+}
+
 ModalSteps::ModalSteps() {
+    ++installedSteps;
     Register();
 }
 
 ModalSteps::~ModalSteps() {
     Unregister();
+    --installedSteps;
     for (const Expected& missing : expected_)
         ADD_FAILURE() << "expected dialog did not come: \"" << missing.title.ToStdString() << "\"";
 }
@@ -56,10 +80,8 @@ int ModalSteps::AnswerBox(const wxDialog* dialog, const Expected& expected) {
 }
 
 int ModalSteps::Enter(wxDialog* dialog) {
-    if (expected_.empty()) {
-        ADD_FAILURE() << "unexpected dialog \"" << dialog->GetTitle().ToStdString() << "\"";
-        return wxID_CANCEL;
-    }
+    if (expected_.empty())
+        return Refuse(*dialog);
     Expected next = std::move(expected_.front());
     expected_.pop_front();
     EXPECT_EQ(dialog->GetTitle(), next.title);

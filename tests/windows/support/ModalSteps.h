@@ -1,3 +1,6 @@
+// While no ModalSteps is installed, every dialog is refused the same way, so that none hangs a run.
+void RefuseUnexpectedDialogs();
+
 // A user who works through modal dialogs: each dialog that comes up takes the next step, which
 // works on its real controls and presses one of its buttons. A dialog that nobody expected fails
 // the test and is cancelled.

@@ -1,5 +1,6 @@
 // The main of every program with window tests: runs the tests inside a running toolkit, on a
 // display of its own.
+#include "tests/windows/support/ModalSteps.h"
 #include "tests/windows/support/VirtualDisplay.h"
 
 #include <cstdio>
@@ -15,7 +16,7 @@
 namespace {
 
 // Far above the longest run; a test that hangs ends the program with a message.
-constexpr unsigned kLimitSeconds = 550;
+constexpr unsigned kLimitSeconds = 240;
 
 // The toolkit's own log would pop up a modal box and hang the run.
 class StandardErrorLog : public wxLog {
@@ -40,6 +41,7 @@ class WindowTestApp : public wxApp {
         wxSetAssertHandler(FailOnAssert);
         wxImage::AddHandler(new wxPNGHandler);
         SetExitOnFrameDelete(false);
+        RefuseUnexpectedDialogs();
         return true;
     }
 
