@@ -5,6 +5,8 @@
 #include "tests/support/TemporaryFolder.h"
 
 #include <gtest/gtest.h>
+#include <wx/fileconf.h>
+#include <wx/sstream.h>
 
 namespace {
 
@@ -219,6 +221,20 @@ TEST_F(Programmer, SetupThatCannotBeReadChangesNothing) {
     EXPECT_EQ(programmer.setup.GetDeviceCount(), 1u);
     EXPECT_EQ(programmer.waitScans, 5);
     EXPECT_FALSE(programmer.SaveDesignSetup(folder.Path("no/such/folder.velflash")));
+}
+
+TEST(ProgrammerInstance, IsOneAndHasTheStoredConnectionSettings) {
+    wxStringInputStream store("ConnCableType=7\nConnJLinkUsbNum=2\n");
+    wxFileConfig config(store, wxConvUTF8);
+    wxConfigBase* previous = wxConfigBase::Set(&config);
+    OmFlashProgrammer& instance = OmFlashProgrammer::GetInstance();
+    EXPECT_EQ(instance.settings.cableType, OmCableType::JLinkUsb);
+    EXPECT_EQ(instance.settings.jlinkUsbNumber, 2);
+    config.Write("ConnJLinkUsbNum", 3L);
+    EXPECT_EQ(&OmFlashProgrammer::GetInstance(), &instance);
+    EXPECT_EQ(instance.settings.jlinkUsbNumber, 2) << "read on the first use alone";
+    wxConfigBase::Set(previous);
+    EXPECT_EQ(OmFlashProgrammer().settings.cableType, OmCableType::XilinxParallelCable3);
 }
 
 TEST(ProgrammerSize, CountsAllChipsAndAddressPins) {

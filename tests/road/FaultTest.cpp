@@ -2,36 +2,10 @@
 // pulled out at every moment. The user is told, the cable is closed, the data stay, and the next
 // action works.
 #include "tests/road/RoadFixture.h"
+#include "tests/road/SilentUser.h"
 #include "virtualboard/UsbHost.h"
 
 namespace {
-
-// Answers every box with what changes nothing, and keeps it.
-class SilentUser : public OmUserInterface {
-  public:
-    SilentUser() : previous_(SetUserInterface(this)) {}
-
-    ~SilentUser() override { SetUserInterface(previous_); }
-
-    SilentUser(const SilentUser&) = delete;
-    SilentUser& operator=(const SilentUser&) = delete;
-
-    OmAnswer ShowMessage(const std::wstring& text, const std::wstring& caption,
-                         OmMessageStyle style) override {
-        boxes.push_back({text, caption, style});
-        return style.buttons == OmButtons::Ok ? OmAnswer::Ok : OmAnswer::No;
-    }
-
-    void BeginBusyCursor() override { ++busy; }
-
-    void EndBusyCursor() override { --busy; }
-
-    std::vector<ShownMessage> boxes;
-    int busy = 0;
-
-  private:
-    OmUserInterface* previous_;
-};
 
 const ShownMessage kNoCable{L"Failed to initialize a JTAG connection", kProductName, kErrorBox};
 const ShownMessage kBroken{L"JTAG connection error", kProductName, kErrorBox};

@@ -1,108 +1,69 @@
-// Every kind of pod drives the same board: the chain is found, a flash is identified, erased,
-// programmed and verified.
-#include "platform/PortDriver.h"
-#include "tests/road/RoadFixture.h"
-#include "virtualboard/ParallelPort.h"
+// Every kind of pod drives the same board, and fails in the same manner.
+#include "tests/road/Pods.h"
+#include "tests/road/SilentUser.h"
 
 #include <algorithm>
-#include <functional>
 
 namespace {
 
-// A machine whose LPT1 leads to the board.
-class BoardPorts : public OmPortDriverOpener {
-  public:
-    BoardPorts(vb::Board& board, const char* pod)
-        : port_(board, vb::FindParallelPod(pod)), previous_(SetPortDriverOpener(this)) {}
+class EveryPod : public ::testing::TestWithParam<PodKind> {
+  protected:
+    EveryPod() : bytes(Firmware(100, 13)) { image.SetBytes(0, bytes); }
 
-    ~BoardPorts() override { SetPortDriverOpener(previous_); }
-
-    BoardPorts(const BoardPorts&) = delete;
-    BoardPorts& operator=(const BoardPorts&) = delete;
-
-    std::unique_ptr<OmPortDriver> Open(const std::string& name) override {
-        return name == "ompio2" ? std::make_unique<Driver>(port_) : nullptr;
+    bool ProgramAll(Road& road) const {
+        return road.PrepareToProgram() && road.programmer.EraseSectors(road.progress, {0}) &&
+               road.programmer.ProgramFlash(road.progress, image) &&
+               road.programmer.VerifyFlash(road.united, image);
     }
 
-  private:
-    class Driver : public OmPortDriver {
-      public:
-        explicit Driver(vb::ParallelPort& port) : port_(port) {}
+    std::vector<uint8_t> bytes;
+    OmDataImage image;
+};
 
-        bool Control(uint32_t code, std::span<const uint8_t> in, std::span<uint8_t> out,
-                     size_t& returned) override {
-            std::vector<uint8_t> answer;
-            if (!port_.Control(code, in, answer))
-                return false;
-            returned = std::min(answer.size(), out.size());
-            std::copy_n(answer.begin(), returned, out.begin());
-            return true;
-        }
-
-      private:
-        vb::ParallelPort& port_;
+// What the loss of the connection may say first: it depends on the pod and on the moment.
+bool TellsOfTheLoss(const std::wstring& text) {
+    const wchar_t* beginnings[] = {
+        L"Failed to initialize a JTAG connection",
+        L"JTAG connection error",
+        L"Failed to write to parallel port.",
+        L"Failed to read from parallel port.",
     };
-
-    vb::ParallelPort port_;
-    OmPortDriverOpener* previous_;
-};
-
-struct Pod {
-    const char* name;
-    OmCableType type;
-    const char* boardLine; // null for a parallel port
-    const char* parallelPod;
-    std::function<void(OmConnectionSettings&)> set;
-};
-
-void NothingToSet(OmConnectionSettings&) {}
-
-const Pod kPods[] = {
-    {"XilinxParallelCable3", OmCableType::XilinxParallelCable3, nullptr, "xilinx", NothingToSet},
-    {"ByteBlaster", OmCableType::AlteraByteBlasterMV, nullptr, "byteblaster", NothingToSet},
-    {"IspDownload", OmCableType::LatticeParallelIspDownload, nullptr, "isp", NothingToSet},
-    {"Wiggler", OmCableType::Wiggler, nullptr, "wiggler", NothingToSet},
-    {"EasyIce", OmCableType::EmbestEasyIce, nullptr, "wiggler", NothingToSet},
-    {"Digilent", OmCableType::DigilentAdept, "pod Digilent description=Adapter", nullptr,
-     [](OmConnectionSettings& settings) { settings.digilentId = "Adapter"; }},
-    {"Ft2232H", OmCableType::Ftd2xx, "pod FT2232H description=\"High A\"", nullptr, NothingToSet},
-    {"Ft2232C", OmCableType::Ftd2xx, "pod FT2232C description=\"Plain A\"", nullptr, NothingToSet},
-    {"JLinkUsb", OmCableType::JLinkUsb, "pod J-Link serial=0", nullptr, NothingToSet},
-    {"JLinkIp", OmCableType::JLinkIp, "pod J-Link serial=0 description=localhost", nullptr,
-     NothingToSet},
-    {"UsbBlaster", OmCableType::AlteraUsbBlaster, "pod USB-Blaster description=USB-Blaster",
-     nullptr, NothingToSet},
-};
-
-class EveryPod : public ::testing::TestWithParam<Pod> {};
+    return std::any_of(std::begin(beginnings), std::end(beginnings),
+                       [&text](const wchar_t* beginning) { return text.starts_with(beginning); });
+}
 
 } // namespace
 
 TEST_P(EveryPod, ProgramsTheBoard) {
-    const Pod& pod = GetParam();
     const RecordingUserInterface user;
-    vb::BoardBuilder builder;
-    builder.Devices(1).UnusedAfter(1).Set("sectors", "4x4K").Set("sector-us", "1000");
-    if (pod.boardLine)
-        builder.Line(pod.boardLine);
-    Road road(builder);
-    std::unique_ptr<BoardPorts> ports;
-    if (pod.parallelPod)
-        ports = std::make_unique<BoardPorts>(*road.board, pod.parallelPod);
-    road.programmer.settings.cableType = pod.type;
-    pod.set(road.programmer.settings);
-    road.FillFlash(0x00);
-    const std::vector<uint8_t> bytes = Firmware(100, 13);
-    OmDataImage image;
-    image.SetBytes(0, bytes);
-    ASSERT_TRUE(road.PrepareToProgram());
-    ASSERT_TRUE(road.programmer.EraseSectors(road.progress, {0}));
-    ASSERT_TRUE(road.programmer.ProgramFlash(road.progress, image));
-    EXPECT_TRUE(road.programmer.VerifyFlash(road.united, image));
-    road.ExpectContent(bytes);
-    road.ExpectNoViolation();
-    road.programmer.CloseCable(); // before the ports go
+    PodRoad pod(GetParam());
+    pod.road.FillFlash(0x00);
+    EXPECT_TRUE(ProgramAll(pod.road));
+    pod.road.ExpectContent(bytes);
+    pod.road.ExpectNoViolation();
 }
 
-INSTANTIATE_TEST_SUITE_P(Pods, EveryPod, ::testing::ValuesIn(kPods),
+TEST_P(EveryPod, LossIsToldAndCostsNoData) {
+    SilentUser user;
+    bool good = false;
+    // Growing steps: closely where the pod is opened and the chain is found, then now and then.
+    for (uint64_t calls = 1; !good; calls += 1 + calls / 3) {
+        SCOPED_TRACE(calls);
+        PodRoad pod(GetParam());
+        pod.BreakAfter(calls);
+        user.boxes.clear();
+        good = ProgramAll(pod.road);
+        EXPECT_EQ(user.busy, 0);
+        EXPECT_EQ(image.GetChunks().front().bytes, bytes);
+        if (good)
+            break;
+        ASSERT_FALSE(user.boxes.empty());
+        EXPECT_TRUE(TellsOfTheLoss(user.boxes.front().text)) << user.boxes.front();
+        EXPECT_EQ(user.boxes.front().style, kErrorBox);
+        EXPECT_EQ(pod.road.programmer.cable, nullptr);
+    }
+    EXPECT_TRUE(user.boxes.empty());
+}
+
+INSTANTIATE_TEST_SUITE_P(Pods, EveryPod, ::testing::ValuesIn(AllPods()),
                          [](const auto& pod) { return std::string(pod.param.name); });
