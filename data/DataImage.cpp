@@ -58,6 +58,13 @@ void OmDataImage::SetBytes(uint32_t address, std::span<const uint8_t> bytes) {
     SettleFollowing(chunk);
 }
 
+void OmDataImage::TakeBytes(uint32_t address, std::vector<uint8_t> bytes) {
+    if (!chunks_.empty() || bytes.empty() || bytes.size() > kAddressSpace - address)
+        return SetBytes(address, bytes);
+    chunks_.push_back({address, std::move(bytes)});
+    index_.emplace(address, chunks_.begin());
+}
+
 void OmDataImage::MergeFrom(const OmDataImage& other) {
     for (const OmDataChunk& chunk : other.GetChunks())
         SetBytes(chunk.address, chunk.bytes);

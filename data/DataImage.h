@@ -38,6 +38,10 @@ class OmDataImage {
     // dropped.
     void SetBytes(uint32_t address, std::span<const uint8_t> bytes);
 
+    // The same for bytes that the caller does not need any more: an empty image keeps them without
+    // a copy.
+    void TakeBytes(uint32_t address, std::vector<uint8_t> bytes);
+
     // Takes over every byte of `other`.
     void MergeFrom(const OmDataImage& other);
 

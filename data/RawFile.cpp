@@ -6,11 +6,12 @@
 #include <algorithm>
 #include <filesystem>
 #include <iterator>
+#include <utility>
 
 namespace {
 
 constexpr uint64_t kAddressSpace = uint64_t{1} << 32;
-constexpr size_t kBlock = 1024 * 1024;
+constexpr size_t kBlock = 256 * 1024;
 constexpr char kTooLarge[] = "File is larger than 4 GiB.";
 
 struct Closer {
@@ -22,20 +23,23 @@ bool Fail(std::string& error, const char* text) {
     return false;
 }
 
-// A file that is too large is known before it has filled the memory, a device that never ends when
-// the addresses do.
-bool ReadBlocks(std::FILE* file, OmDataImage& image, std::string& error) {
+// Memory for the whole file is taken once. What has no size, such as a device, is read until the
+// addresses end.
+bool ReadBytes(std::FILE* file, uint64_t expectedSize, OmDataImage& image, std::string& error) {
+    std::vector<uint8_t> bytes;
+    bytes.reserve(static_cast<size_t>(expectedSize));
     std::vector<uint8_t> block(kBlock);
-    uint64_t address = 0;
     while (const size_t read = std::fread(block.data(), 1, block.size(), file)) {
-        if (address + read > kAddressSpace)
+        if (bytes.size() + read > kAddressSpace)
             return Fail(error, kTooLarge);
-        image.SetBytes(static_cast<uint32_t>(address), std::span(block).first(read));
-        address += read;
+        bytes.insert(bytes.end(), block.begin(), block.begin() + static_cast<ptrdiff_t>(read));
     }
     if (std::ferror(file))
         return Fail(error, kOpenError);
-    return address > 0 || Fail(error, "File is empty.");
+    if (bytes.empty())
+        return Fail(error, "File is empty.");
+    image.TakeBytes(0, std::move(bytes));
+    return true;
 }
 
 } // namespace
@@ -49,7 +53,8 @@ bool ReadRawFile(const std::string& path, OmDataImage& image, std::string& error
     const uint64_t size = std::filesystem::file_size(PathFromLocal(path), noSize);
     if (!noSize && size > kAddressSpace)
         return Fail(error, kTooLarge);
-    return GuardMemory(error, [&] { return ReadBlocks(file.get(), image, error); });
+    return GuardMemory(error,
+                       [&] { return ReadBytes(file.get(), noSize ? 0 : size, image, error); });
 }
 
 bool WriteRawChunk(const std::string& path, const OmDataImage& image, unsigned chunk) {

@@ -123,6 +123,25 @@ TEST(DataImage, TheTwoEndsOfTheAddressSpaceDoNotTouch) {
     EXPECT_EQ(ChunksOf(image), (std::vector<OmDataChunk>{{0, {2}}, {0xFFFFFFFF, {1}}}));
 }
 
+TEST(DataImage, TakenBytesLieWhereSetBytesLie) {
+    OmDataImage image;
+    Bytes bytes{1, 2, 3};
+    const uint8_t* place = bytes.data();
+    image.TakeBytes(10, std::move(bytes));
+    EXPECT_EQ(image.GetLastChunk().bytes.data(), place) << "copied";
+    image.TakeBytes(13, {4});
+    image.TakeBytes(20, {5});
+    image.SetByte(11, 9);
+    EXPECT_EQ(ChunksOf(image), (std::vector<OmDataChunk>{{10, {1, 9, 3, 4}}, {20, {5}}}));
+
+    OmDataImage atTheEnd;
+    atTheEnd.TakeBytes(0xFFFFFFFF, {1, 2});
+    EXPECT_EQ(ChunksOf(atTheEnd), (std::vector<OmDataChunk>{{0xFFFFFFFF, {1}}}));
+    OmDataImage nothing;
+    nothing.TakeBytes(5, {});
+    EXPECT_TRUE(nothing.IsEmpty());
+}
+
 TEST(DataImage, MergeTakesEveryByteOfTheOther) {
     OmDataImage image = MakeImage({{0, {1, 1, 1}}, {10, {1}}});
     image.MergeFrom(MakeImage({{2, {2, 2}}, {11, {2}}, {20, {2}}}));
