@@ -1,6 +1,7 @@
 #include "app/WxUserInterface.h"
 
 #include <wx/app.h>
+#include <wx/generic/msgdlgg.h>
 #include <wx/msgdlg.h>
 #include <wx/utils.h>
 
@@ -14,13 +15,20 @@ long ToToolkitStyle(OmMessageStyle style) {
            (style.noIsDefault ? wxNO_DEFAULT : 0);
 }
 
-OmAnswer FromToolkitAnswer(int answer) {
-    switch (answer) {
-    case wxYES:
+#ifdef __WXGTK__
+// GTK's own message dialog shows no icon, and the icon tells a failure from a result at a glance.
+using MessageDialog = wxGenericMessageDialog;
+#else
+using MessageDialog = wxMessageDialog;
+#endif
+
+OmAnswer FromToolkitAnswer(int buttonId) {
+    switch (buttonId) {
+    case wxID_YES:
         return OmAnswer::Yes;
-    case wxNO:
+    case wxID_NO:
         return OmAnswer::No;
-    case wxCANCEL:
+    case wxID_CANCEL:
         return OmAnswer::Cancel;
     default:
         return OmAnswer::Ok;
@@ -37,7 +45,8 @@ wxWindow* FindBoxParent() {
 
 OmAnswer WxUserInterface::ShowMessage(const std::wstring& text, const std::wstring& caption,
                                       OmMessageStyle style) {
-    return FromToolkitAnswer(wxMessageBox(text, caption, ToToolkitStyle(style), FindBoxParent()));
+    MessageDialog dialog(FindBoxParent(), text, caption, ToToolkitStyle(style));
+    return FromToolkitAnswer(dialog.ShowModal());
 }
 
 void WxUserInterface::BeginBusyCursor() {
