@@ -74,8 +74,8 @@ TEST_P(BoardVariant, IsProgrammed) {
     ASSERT_TRUE(road.programmer.EraseSectors(road.progress, road.SectorsOf(image)));
     ASSERT_TRUE(road.programmer.ProgramFlash(road.progress, image));
     EXPECT_TRUE(road.programmer.VerifyFlash(road.united, image));
-    std::vector<uint8_t> expected(4000, 0xFF);
-    expected.insert(expected.end(), bytes.begin(), bytes.end());
+    std::vector<uint8_t> expected(4000 + bytes.size(), 0xFF);
+    std::ranges::copy(bytes, expected.begin() + 4000);
     road.ExpectContent(expected);
     road.ExpectNoViolation();
 }
