@@ -26,8 +26,8 @@ bool RunChain(const OmCliOptions&, OmConsoleProgress&) {
     OmFlashProgrammer& programmer = OmFlashProgrammer::GetInstance();
     std::vector<OmBitVector> chain;
     bool atmelBug = false;
-    if (!programmer.ExamineChain(chain, atmelBug))
-        return Fail(L"No JTAG chain was detected.");
+    if (!programmer.ExamineChain(chain, atmelBug)) // what went wrong with the cable has been told
+        return programmer.cable && Fail(L"No JTAG chain was detected.");
     if (atmelBug)
         std::puts("Devices at the beginning of the chain cannot be detected due to the ATMEL "
                   "ATmega bug.");

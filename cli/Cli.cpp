@@ -65,11 +65,20 @@ bool LoadSetup(const OmCliOptions& options) {
            Fail(L"Failed to load setup file '" + FromLocal(options.setupFile) + L"'.");
 }
 
+// Why a pod does not open stands in the log alone.
+void HintAtLog(const OmCliOptions& options) {
+    const OmFlashProgrammer& programmer = OmFlashProgrammer::GetInstance();
+    if (programmer.analyzer && !programmer.cable && !options.log)
+        Fail(L"The option --log shows why.");
+}
+
 // The pod is closed before the program ends, while what it uses is still there.
 bool RunCommand(const OmCommand& command, const OmCliOptions& options) {
     OmConsoleProgress progress(stderr, ChooseProgressStyle(options.quiet));
     const bool good =
         (options.setupFile.empty() || LoadSetup(options)) && command.run(options, progress);
+    if (!good && (command.uses & kUsesConnection))
+        HintAtLog(options);
     if (command.uses & kUsesConnection)
         OmFlashProgrammer::GetInstance().CloseCable();
     // A report that did not reach its reader is a failure.

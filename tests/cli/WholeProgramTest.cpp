@@ -19,7 +19,7 @@ class WholeProgram : public ::testing::Test {
         const std::string command = "cd '" + folder + "' && XDG_CONFIG_HOME='" + folder +
                                     "/config' VIRTUALBOARD_FLASH_DUMP='" + folder +
                                     "/flash.bin' VIRTUALBOARD_STATS='" + folder + "/stats.json' " +
-                                    OM_PROGRAM + " " + line + " 2> errors";
+                                    environment_ + OM_PROGRAM + " " + line + " 2> errors";
         const int status = std::system(command.c_str());
         return WIFEXITED(status) ? WEXITSTATUS(status) : -1;
     }
@@ -45,6 +45,7 @@ class WholeProgram : public ::testing::Test {
         return Errors().find(text) != std::string::npos;
     }
 
+    std::string environment_; // further variables, each followed by a blank
     const std::string setup_ = OM_DEMO_SETUP;
     TemporaryFolder folder_;
 };
@@ -118,6 +119,15 @@ TEST_F(WholeProgram, FailuresAreOneAndTold) {
         EXPECT_EQ(RunOnPod(c.line), 1) << c.line;
         EXPECT_TRUE(HasError(c.error)) << c.line << "\n" << Errors();
     }
+}
+
+TEST_F(WholeProgram, PodThatDoesNotOpenPointsAtTheLog) {
+    environment_ = "LD_LIBRARY_PATH= "; // no vendor's library is found
+    EXPECT_EQ(Run("-c jlink chain"), 1);
+    EXPECT_EQ(Errors(), "Failed to initialize a JTAG connection\nThe option --log shows why.\n");
+    EXPECT_EQ(Run("-c jlink chain --log"), 1);
+    EXPECT_TRUE(HasError("*** FAILED ***")) << Errors();
+    EXPECT_FALSE(HasError("The option --log")) << Errors();
 }
 
 TEST_F(WholeProgram, WrongLinesAreTwo) {
