@@ -28,13 +28,10 @@ class AmdWords : public OmBulkCommands {
     // the mode they can be the two cycles that end it, and all words that follow are lost.
     bool TriesWaitOnOneItem() const override { return bypass_; }
 
-    // The longest wait lets the running operation end; the mode is then entered anew.
     void Recover(OmBusCycleBatch& batch, const OmBulkVerdict&, int longestWait) const override {
-        if (!bypass_)
-            return;
-        batch.AppendIdle(longestWait);
-        LeaveBypass(batch);
-        Enter(batch);
+        if (bypass_)
+            WaitForFlash(batch, longestWait);
+        ReenterBypass(batch);
     }
 
     void AppendItem(OmBusCycleBatch& batch, const OmProgramBlock& item, int wait) const override {
@@ -57,6 +54,15 @@ class AmdWords : public OmBulkCommands {
         return IsProgrammed(item, status);
     }
 
+    // A chip that gave up (DQ5) takes nothing but a reset.
+    void AfterDrop(OmBusCycleBatch& batch) const override {
+        AppendAmdCommand(batch, kAmdReset);
+        batch.AppendRise();
+        batch.Run();
+        batch.Clear();
+        ReenterBypass(batch);
+    }
+
     void Close(OmBusCycleBatch& batch) const override {
         if (bypass_)
             LeaveBypass(batch);
@@ -69,6 +75,14 @@ class AmdWords : public OmBulkCommands {
             AppendAmdUnlock(batch);
         AppendAmdCommand(batch, kAmdProgram);
         batch.AppendWrite(word.address, word.value);
+    }
+
+    // The flash may have left the mode or not: afterwards it is in it.
+    void ReenterBypass(OmBusCycleBatch& batch) const {
+        if (!bypass_)
+            return;
+        LeaveBypass(batch);
+        Enter(batch);
     }
 
     static void LeaveBypass(OmBusCycleBatch& batch) {
@@ -117,6 +131,9 @@ class AmdBuffers : public OmBulkCommands {
         if (verdict.writeAborted)
             AmdAbortReset(batch);
     }
+
+    // Takes a chip out of DQ5 as well.
+    void AfterDrop(OmBusCycleBatch& batch) const override { AmdAbortReset(batch); }
 
     void Close(OmBusCycleBatch& batch) const override {
         AmdAbortReset(batch);

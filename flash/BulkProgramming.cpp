@@ -111,8 +111,10 @@ class StatusProgrammer {
                 result_ = OmFlashResult::Stopped;
                 return;
             }
-            if (tuner_.failed >= tuner_.maximum)
-                return; // what is pending now fails at any wait: wanted, a verify tells
+            if (!pending_.empty() && tuner_.failed >= tuner_.maximum) {
+                commands_.AfterDrop(batch_);
+                return; // what is pending fails at any wait: dropped, and a verify tells
+            }
         }
     }
 
@@ -185,10 +187,18 @@ void OmBulkCommands::AppendClosing(OmBusCycleBatch&) const {}
 
 void OmBulkCommands::Recover(OmBusCycleBatch&, const OmBulkVerdict&, int) const {}
 
+void OmBulkCommands::AfterDrop(OmBusCycleBatch&) const {}
+
 void AppendStatusRead(OmBusCycleBatch& batch, int wait) {
     batch.AppendRelease();
     batch.AppendIdle(wait);
     batch.AppendReadPulse();
+}
+
+void WaitForFlash(OmBusCycleBatch& batch, int longestWait) {
+    batch.AppendIdle(longestWait);
+    batch.Run();
+    batch.Clear();
 }
 
 void AppendBlindWait(OmBusCycleBatch& batch, int wait) {

@@ -55,6 +55,10 @@ class OmBulkCommands {
     virtual void Recover(OmBusCycleBatch& batch, const OmBulkVerdict& verdict,
                          int longestWait) const;
 
+    // After items that failed at the longest wait have been dropped: makes the flash take those
+    // that follow.
+    virtual void AfterDrop(OmBusCycleBatch& batch) const;
+
     // After the last item has settled.
     virtual void Close(OmBusCycleBatch& batch) const = 0;
 
@@ -63,6 +67,9 @@ class OmBulkCommands {
 
 // The end of an item with status: the data bus released, `wait` idle scans, one captured read.
 void AppendStatusRead(OmBusCycleBatch& batch, int wait);
+
+// Lets a running operation end, so that the next command is not ignored.
+void WaitForFlash(OmBusCycleBatch& batch, int longestWait);
 
 // The end of an item without: `wait` scans, of which the first ends the write.
 void AppendBlindWait(OmBusCycleBatch& batch, int wait);

@@ -32,11 +32,8 @@ class IntelBulk : public OmBulkCommands {
     // these for commands: they can lock or erase a block.
     bool TriesWaitOnOneItem() const override { return true; }
 
-    // The longest wait lets the running operation end, so that the next command is not ignored.
     void Recover(OmBusCycleBatch& batch, const OmBulkVerdict&, int longestWait) const override {
-        batch.AppendIdle(longestWait);
-        batch.Run();
-        batch.Clear();
+        WaitForFlash(batch, longestWait);
     }
 
     void Close(OmBusCycleBatch& batch) const override {
