@@ -223,7 +223,7 @@ void Board::AfterInstructionChange() {
         const PinOwner owner = chain_.Device(i).Owner();
         if (owner == owners_[i])
             continue;
-        if (owners_[i] == PinOwner::BoundaryRegister)
+        if (owners_[i] == PinOwner::BoundaryRegister && owner == PinOwner::Core)
             for (const auto& socket : sockets_)
                 socket->CheckCoreRelease(chain_.Device(i).Name());
         owners_[i] = owner;

@@ -94,7 +94,7 @@ void WriteRegions(TableWriter& table, const FlashParameters& flash) {
     size_t address = kRegions;
     for (const SectorGroup& group : flash.sectors) {
         table.Word(address, group.count - 1);
-        table.Word(address + 2, group.bytes == 128 ? 0 : group.bytes / 256);
+        table.Word(address + 2, group.bytes / 256); // 0 for sectors of 128 bytes
         address += kBytesPerRegion;
     }
 }

@@ -49,10 +49,8 @@ void UsbBlaster::DirectByte(uint8_t byte) {
 void UsbBlaster::ShiftByte(uint8_t byte) {
     uint8_t answer = 0xFF;
     if (connected_) {
-        const bool tms = pins_.Tms();
-        pins_.Set(false, tms, pins_.Tdi());
-        board_.Chain().Run(tms, &byte, false, &answer, 8);
-        pins_.Set(false, tms, byte & 0x80);
+        pins_.Set(false, pins_.Tms(), pins_.Tdi());
+        board_.Chain().Run(pins_.Tms(), &byte, false, &answer, 8);
     }
     if (runReads_)
         answers_.Push(answer);

@@ -196,7 +196,9 @@ TEST(AmdFlash, FurtherSectorsJoinWithinTheWindow) {
     bench.Chip().SetWord(0x18000, 0);
     EraseSector(bench, 0x8000);
     bench.bus.Write(0x18000, 0x30);
-    bench.Wait(500 + 2 * 3000);
+    bench.Wait(500 + 3000);
+    EXPECT_EQ(bench.bus.Read(0x8000) & 0x88, 0x08u); // one after the other
+    bench.Wait(3000);
     EXPECT_EQ(bench.bus.Read(0x8000), 0xFFFFu);
     EXPECT_EQ(bench.bus.Read(0x18000), 0xFFFFu);
 }

@@ -14,8 +14,6 @@
 #include <gtest/gtest.h>
 
 using vb_test::Bench;
-using vb_test::TestBus;
-using vb_test::TestPod;
 
 namespace {
 

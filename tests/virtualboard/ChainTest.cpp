@@ -96,9 +96,8 @@ TEST(Chain, ExtestMovesAPinAndTheOtherDeviceSeesIt) {
     plan.entity = "VELTEST_PORT";
     plan.idcode = 0x1A001F01;
     plan.ports = {{"X", 2, vb::PinStyle::Separate}}; // cells: control, output, input; twice
-    const std::string bsdl = vb::WriteBsdl(plan);
     vb::InstallBoard(vb::ReadBoard("device U1 a.bsd\ndevice U2 a.bsd\nnet LINK U1.X(1) U2.X(1)\n",
-                                   [&bsdl](const std::string&) { return bsdl; }));
+                                   [&plan](const std::string&) { return vb::WriteBsdl(plan); }));
     vb::Board& board = *vb::CurrentBoard();
     TestPod pod;
     pod.ResetTap();
@@ -133,6 +132,47 @@ TEST(Chain, DeviceThatMasksTdiSendsOnesBehindItsIdcode) {
     EXPECT_EQ(ToNumber(out, 0, 32), 0x1A003F01u);
     EXPECT_EQ(ToNumber(out, 32, 32), 0x1A002F01u);
     EXPECT_EQ(ToNumber(out, 64, 64), ~uint64_t{0}); // U1 cannot be seen
+}
+
+TEST(Chain, DeviceThatMasksTdiStillPassesInstructionsOn) {
+    vb::BoardBuilder()
+        .Devices(2)
+        .UnusedBefore(1)
+        .Line("fault idcode-masks-tdi U2")
+        .Build()
+        .Install();
+    TestPod pod;
+    pod.ResetTap();
+    EXPECT_EQ(pod.ScanIr("101000000000000000000").substr(0, 6), "000000");
+    pod.ScanIr(std::string(15, '1')); // BYPASS everywhere: the fault is gone
+    EXPECT_EQ(pod.ScanDr("10110111"), "10111000");
+}
+
+TEST(Chain, CellTypesDecideWhatIsCapturedUnderExtest) {
+    const std::string bsdl = "entity CELLS is\n"
+                             "port (X, Y : inout bit);\n"
+                             "attribute INSTRUCTION_LENGTH of CELLS : entity is 2;\n"
+                             "attribute INSTRUCTION_OPCODE of CELLS : entity is\n"
+                             "\"EXTEST (00), SAMPLE (01), BYPASS (11)\";\n"
+                             "attribute BOUNDARY_LENGTH of CELLS : entity is 4;\n"
+                             "attribute BOUNDARY_REGISTER of CELLS : entity is\n"
+                             "\"0 (BC_2, *, control, 0), 1 (BC_2, X, output3, X, 0, 0, Z),\" &\n"
+                             "\"2 (BC_1, *, control, 0), 3 (BC_1, Y, output3, X, 2, 0, Z)\";\n"
+                             "end CELLS;\n";
+    for (const bool faulty : {false, true}) {
+        vb::InstallBoard(vb::ReadBoard(std::string("device U1 cells\n") +
+                                           (faulty ? "fault control-captures-enabled U1\n" : ""),
+                                       [bsdl](const std::string&) { return bsdl; }));
+        TestPod pod;
+        pod.ResetTap();
+        pod.ScanIr("01");
+        pod.ScanDr("1111");
+        pod.ScanIr("00");
+        // BC_2 shows its own latch. BC_1 shows the core, which releases its pins; with the fault
+        // every control cell shows the value that drives.
+        EXPECT_EQ(pod.ScanDr("0000"), faulty ? "0101" : "0011");
+        EXPECT_EQ(pod.ScanDr("0000"), faulty ? "0101" : "0000");
+    }
 }
 
 TEST(Chain, StuckTdoAndNoPower) {

@@ -137,6 +137,25 @@ TEST(FlashBus, PipelinedReadTakesOneScanAWord) {
     EXPECT_EQ(bench.board.TotalBusCycles().reads, 5u);
 }
 
+TEST(FlashBus, AddressIsLatchedByTheFallOfWeAndDataByItsRise) {
+    Bench bench{vb::BoardBuilder()};
+    bench.bus.AmdCommand(0xA0);
+    bench.bus.SetAddress(0x100);
+    bench.bus.SetData(0x1234);
+    bench.bus.Scan();
+    bench.bus.Set("WE", false);
+    bench.bus.Scan();
+    bench.bus.Set("WE", true); // the address and the data go on to what comes next
+    bench.bus.SetAddress(0x200);
+    bench.bus.SetData(0x0000);
+    bench.bus.Scan();
+    bench.Wait(100);
+    bench.bus.ReleaseData();
+    bench.bus.Scan();
+    EXPECT_EQ(bench.bus.Read(0x100), 0x1234u);
+    EXPECT_EQ(bench.bus.Read(0x200), 0xFFFFu);
+}
+
 TEST(Checker, ContentionWhenDataAreDrivenIntoARead) {
     Bench bench{vb::BoardBuilder()};
     bench.Chip().SetWord(0, 0x0000);
@@ -144,6 +163,7 @@ TEST(Checker, ContentionWhenDataAreDrivenIntoARead) {
     bench.bus.Set("CE", false);
     bench.bus.Set("OE", false);
     bench.bus.Scan();
+    EXPECT_FALSE(bench.board.LevelOf("D0").high); // the lower transistor wins
     ASSERT_EQ(Count(bench, vb::ViolationKind::Contention), 1u);
     EXPECT_EQ(bench.board.Violations().List()[0].text,
               "net D0 (U2.PD(0)=1, F1.D0=0) is driven to both levels");
@@ -253,6 +273,31 @@ TEST(Checker, CoreLogicReleasedInMidCycle) {
     EXPECT_EQ(Count(bench, vb::ViolationKind::CoreReleased), 2u); // both devices let go
     EXPECT_EQ(bench.board.Violations().List()[0].text,
               "F1: the core logic of U1 gets its pins in the middle of a write cycle");
+}
+
+TEST(Checker, ControlLinesThatFloatAgainstEachOther) {
+    // U1 (left) has CE and WE, U2 has OE. The other one than that of the low line goes to HIGHZ.
+    struct Case {
+        const char *low, *instructions;
+    };
+
+    for (const Case& test : {Case{"OE", "010000000"}, Case{"CE", "000000100"}}) {
+        Bench bench{vb::BoardBuilder()};
+        bench.bus.Set(test.low, false);
+        bench.bus.Scan();
+        bench.pod.ScanIr(test.instructions);
+        EXPECT_EQ(Count(bench, vb::ViolationKind::FloatingInput), 1u) << test.low;
+        EXPECT_EQ(Count(bench, vb::ViolationKind::CoreReleased), 0u) << test.low;
+    }
+}
+
+TEST(Checker, HighZInMidCycleIsNoWorkOfTheCore) {
+    Bench bench{vb::BoardBuilder()};
+    bench.bus.Set("CE", false);
+    bench.bus.Set("OE", false);
+    bench.bus.Scan();
+    bench.pod.ScanIr("010000000");
+    EXPECT_EQ(Count(bench, vb::ViolationKind::CoreReleased), 0u);
 }
 
 TEST(Checker, CoreLogicReleasedFromAnIdleBusIsFine) {

@@ -33,7 +33,7 @@ class Mpsse : public testing::Test {
         pod_->Send({0x4B, 0x02, 0x01});
         Bytes program = command;
         program.push_back(0x87);
-        const Bytes answer = pod_->Exchange(program, answers);
+        Bytes answer = pod_->Exchange(program, answers);
         pod_->Send({0x4B, 0x02, 0x03}); // to Run-Test/Idle
         return answer;
     }
