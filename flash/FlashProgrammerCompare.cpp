@@ -146,6 +146,7 @@ bool Comparison::Fail(const std::wstring& text, OmMessageStyle style) {
 
 std::vector<CompareRange> RangesOf(const OmDataImage& image) {
     std::vector<CompareRange> ranges;
+    ranges.reserve(image.GetChunkCount());
     for (const OmDataChunk& chunk : image.GetChunks())
         ranges.push_back({chunk.address, chunk.End(), chunk.bytes});
     return ranges;
@@ -153,6 +154,7 @@ std::vector<CompareRange> RangesOf(const OmDataImage& image) {
 
 std::vector<CompareRange> RangesOf(const std::vector<OmAddressRange>& addresses) {
     std::vector<CompareRange> ranges;
+    ranges.reserve(addresses.size());
     for (const OmAddressRange& range : addresses)
         ranges.push_back(
             {range.start, std::min(uint64_t{range.start} + range.size, kAddressSpace), {}});
