@@ -33,16 +33,20 @@ fs::path TemporaryNameBeside(const fs::path& target) {
 
 } // namespace
 
-OmFileReplacement::OmFileReplacement(const fs::path& target, Mode mode)
-    : target_(FollowLinks(target)) {
+OmFileReplacement::OmFileReplacement(const fs::path& target, Mode mode) : target_(target) {
     std::error_code error;
     const bool text = mode == Mode::Text;
-    const fs::file_status status = fs::status(target_, error);
-    if (status.type() == fs::file_type::none)
-        return; // cannot be looked at: a loop of links, a folder that must not be searched
+    const fs::file_status status = fs::status(target, error);
+    if (status.type() == fs::file_type::none || fs::is_directory(status))
+        return; // the former cannot be looked at: a loop of links, a folder not to be searched
     if (fs::exists(status) && !fs::is_regular_file(status)) {
-        stream_ = fs::is_directory(status) ? nullptr : OpenHostFile(target_, text);
-    } else if (!fs::exists(status) || IsHostFileWritable(target_)) {
+        // By its own name: a link to a pipe, as /dev/stdout can be one, leads to no name.
+        stream_ = OpenHostFile(target, text);
+        good_ = stream_ != nullptr;
+        return;
+    }
+    target_ = FollowLinks(target);
+    if (!fs::exists(status) || IsHostFileWritable(target_)) {
         for (int attempt = 0; attempt < kMaxNames && !stream_; ++attempt) {
             temporary_ = TemporaryNameBeside(target_);
             stream_ = CreateHostFile(temporary_, text);

@@ -2,7 +2,9 @@
 
 #include "tests/support/TemporaryFolder.h"
 
+#include <algorithm>
 #include <gtest/gtest.h>
+#include <unistd.h>
 
 namespace fs = std::filesystem;
 
@@ -107,6 +109,19 @@ TEST_F(FileReplacement, FullDeviceFails) {
     OmFileReplacement file("/dev/full", Mode::Binary);
     file.Write("x");
     EXPECT_FALSE(file.Commit());
+}
+
+TEST_F(FileReplacement, PipeBehindALinkIsWrittenDirectly) {
+    int ends[2];
+    ASSERT_EQ(pipe(ends), 0);
+    OmFileReplacement file("/proc/self/fd/" + std::to_string(ends[1]), Mode::Binary);
+    EXPECT_TRUE(file.Write("x"));
+    EXPECT_TRUE(file.Commit());
+    char character = 0;
+    EXPECT_EQ(read(ends[0], &character, 1), 1);
+    EXPECT_EQ(character, 'x');
+    close(ends[0]);
+    close(ends[1]);
 }
 
 TEST_F(FileReplacement, DeviceIsWrittenDirectly) {
