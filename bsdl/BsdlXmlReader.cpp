@@ -65,7 +65,8 @@ bool LoadPort(const wxXmlNode& node, OmBsdlData& data) {
         !GetNumber(node, "I1", "-1", i1) || !GetNumber(node, "I2", "-1", i2))
         return false;
     data.AddPort(name, direction, i1, i2);
-    return true;
+    // One that is unknown could not be saved again.
+    return data.ports.back().Direction != OmBsdlPortDirection::Undefined;
 }
 
 bool LoadPorts(const wxXmlNode& node, OmBsdlData& data) {
@@ -116,6 +117,7 @@ bool LoadInstruction(const wxXmlNode& node, OmBsdlData& data) {
 bool LoadInstructions(const wxXmlNode& node, OmBsdlData& data) {
     const wxXmlNode* ir = FindChild(node, "IR");
     return ir && LoadLength(*ir, "IRLen", "INSTRUCTION_LENGTH", 2, data) &&
+           data.GetInstructionLength() > 0 && // not beyond what any device has
            ForEachChild(*ir, "Instruction",
                         [&](const wxXmlNode& child) { return LoadInstruction(child, data); });
 }
