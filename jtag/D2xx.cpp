@@ -18,6 +18,10 @@ constexpr uint32_t kFlagOpened = 1;
 // More devices than a host can carry; a library that counts higher is not believed.
 constexpr uint32_t kMaxDevices = 1024;
 
+// The driver's queue holds 64 KiB; a library that counts far higher is not believed, as reading
+// that much could take hours.
+constexpr uint32_t kMaxWaiting = 1024 * 1024;
+
 constexpr unsigned kSettleMilliseconds = 32;
 constexpr int kMaxReads = 31;
 constexpr unsigned kReadRetryMilliseconds = 10;
@@ -163,10 +167,8 @@ void OmD2xx::Drain() {
     uint32_t waiting = 0;
     if (functions.GetQueueStatus(handle, &waiting) != 0)
         return; // the check before the first scan will say so
-    std::vector<uint8_t> scratch(std::min<size_t>(waiting, 65536));
-    for (size_t left = waiting; left > 0;) {
-        const size_t count = std::min(left, scratch.size());
-        FtdiRead({scratch.data(), count});
-        left -= count;
-    }
+    if (waiting > kMaxWaiting)
+        ThrowConnectionError();
+    std::vector<uint8_t> scratch(waiting);
+    FtdiRead(scratch);
 }

@@ -34,7 +34,10 @@ namespace {
 bool errorFlag = false;
 std::wstring errorText;
 
+// The library's texts are outside data, and may be missing.
 std::wstring Widen(const char* text) {
+    if (!text)
+        return {};
     const auto* bytes = reinterpret_cast<const unsigned char*>(text);
     return {bytes, bytes + std::strlen(text)};
 }

@@ -302,6 +302,19 @@ TEST(Ftd2xx, StaleBytesThatNeverComeCloseTheDevice) {
     EXPECT_TRUE(opening.Run(cable)) << "the next attempt works";
 }
 
+// A library that has gone mad could keep the program reading for hours.
+TEST(Ftd2xx, MoreStaleBytesThanAnyQueueHoldsCloseTheDevice) {
+    FakeD2xx d2xx;
+    d2xx.waiting = 0xFFFFFFFE;
+    VirtualClock clock;
+    OmFtd2xx cable;
+    Opening opening;
+    EXPECT_FALSE(opening.Run(cable));
+    EXPECT_EQ(d2xx.openHandles, 0);
+    EXPECT_EQ(d2xx.Count("FT_Read"), 0);
+    EXPECT_EQ(clock.sleptMilliseconds, 32U);
+}
+
 TEST(Ftd2xx, FailureToListOrOpenIsFalseWithoutAnotherLine) {
     for (const char* call : {"FT_CreateDeviceInfoList", "FT_GetDeviceInfoDetail", "FT_OpenEx"}) {
         FakeD2xx d2xx;

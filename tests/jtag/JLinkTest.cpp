@@ -346,3 +346,11 @@ TEST_F(JLinkScan, WarningsAreOnlyLogged) {
     EXPECT_EQ(MessageOf([this] { cable.ResetTap(); }), L"(nothing thrown)");
     EXPECT_EQ(log.text, L"*** J-Link WARNING: Target voltage low\n");
 }
+
+TEST_F(JLinkScan, ReportsWithoutATextAreTaken) {
+    LogCollector log;
+    library.onWarning(nullptr);
+    EXPECT_EQ(log.Take(), L"*** J-Link WARNING: \n");
+    library.onError(nullptr);
+    EXPECT_EQ(log.Take(), L"*** J-Link ERROR: \n");
+}

@@ -189,6 +189,18 @@ TEST(UsbBlaster, StaleBytesThatNeverComeCloseTheDevice) {
     EXPECT_EQ(clock.sleptMilliseconds, 332U);
 }
 
+// A library that has gone mad could keep the program reading for hours.
+TEST(UsbBlaster, MoreStaleBytesThanAnyQueueHoldsCloseTheDevice) {
+    FakeUsbBlaster d2xx;
+    d2xx.waiting = 0xFFFFFFFE;
+    VirtualClock clock;
+    OmUsbBlaster cable;
+    EXPECT_FALSE(cable.Initialize("USB-Blaster", ""));
+    EXPECT_EQ(d2xx.openHandles, 0);
+    EXPECT_EQ(d2xx.Count("FT_Read"), 0);
+    EXPECT_EQ(clock.sleptMilliseconds, 32U);
+}
+
 TEST(UsbBlaster, FailureToListOrOpenIsFalse) {
     for (const char* call : {"FT_CreateDeviceInfoList", "FT_GetDeviceInfoDetail", "FT_OpenEx"}) {
         FakeUsbBlaster d2xx;
