@@ -24,7 +24,7 @@ add_library(om_options INTERFACE)
 target_include_directories(om_options INTERFACE ${CMAKE_SOURCE_DIR})
 target_compile_options(om_options INTERFACE
   -Wall -Wextra -Wpedantic -Wshadow -Wnon-virtual-dtor -Woverloaded-virtual -Wcast-align
-  -Wduplicated-cond -Wlogical-op -Werror)
+  $<$<CXX_COMPILER_ID:GNU>:-Wduplicated-cond> $<$<CXX_COMPILER_ID:GNU>:-Wlogical-op> -Werror)
 if(OM_SANITIZE)
   target_compile_options(om_options INTERFACE -fsanitize=${OM_SANITIZE} -fno-omit-frame-pointer
                          -fno-sanitize-recover=all)

@@ -1,0 +1,117 @@
+// The J-Link over a vendor's library that may answer anything.
+
+#include "jtag/JLink.h"
+#include "fuzz/CableScans.h"
+#include "fuzz/Check.h"
+#include "fuzz/Patience.h"
+#include "fuzz/Pod.h"
+
+namespace {
+
+using Handler = void(OM_VENDOR_CALL*)(const char* text);
+
+struct HostileJLink : Pod {
+    HostileJLink(const uint8_t* data, size_t size);
+    ~HostileJLink() override;
+    HostileJLink(const HostileJLink&) = delete;
+    HostileJLink& operator=(const HostileJLink&) = delete;
+
+    void Report(Handler handler) {
+        if (!handler || !Misbehaves())
+            return;
+        const std::string text = input.ConsumeRandomLengthString(2000);
+        handler(input.ConsumeBool() ? nullptr : text.c_str());
+    }
+
+    bool isOpen = false;
+    Handler onWarning = nullptr;
+    Handler onError = nullptr;
+};
+
+HostileJLink* pod = nullptr; // the library's functions carry no context
+
+const char* OM_VENDOR_CALL Open() {
+    pod->Report(pod->onWarning);
+    pod->isOpen = !pod->Misbehaves();
+    return pod->isOpen ? nullptr : "\xFF?";
+}
+
+void OM_VENDOR_CALL Close() {
+    Check(pod->isOpen, "only what is open is closed");
+    pod->isOpen = false;
+}
+
+uint8_t OM_VENDOR_CALL SelectUSB(int) {
+    return pod->Misbehaves();
+}
+
+uint8_t OM_VENDOR_CALL SelectIP(const char*, int) {
+    return pod->Misbehaves();
+}
+
+void OM_VENDOR_CALL SetWarnOutHandler(Handler handler) {
+    pod->onWarning = handler;
+}
+
+void OM_VENDOR_CALL SetErrorOutHandler(Handler handler) {
+    pod->onError = handler;
+}
+
+uint8_t OM_VENDOR_CALL HasError() {
+    return pod->Misbehaves();
+}
+
+void OM_VENDOR_CALL ClrError() {
+    pod->Report(pod->onError);
+}
+
+void OM_VENDOR_CALL SetSpeed(uint32_t) {
+    pod->Report(pod->onWarning);
+}
+
+void OM_VENDOR_CALL StoreGetRaw(const uint8_t* tdi, uint8_t* tdo, const uint8_t* tms,
+                                uint32_t bits) {
+    Check(pod->isOpen && tdi && tms, "only an open device is used");
+    pod->Fill({tdo, (bits + 7) / 8});
+    pod->Report(pod->onError);
+}
+
+void OM_VENDOR_CALL StoreRaw(const uint8_t* tdi, const uint8_t* tms, uint32_t) {
+    Check(pod->isOpen && tdi && tms, "only an open device is used");
+    pod->Report(pod->onError);
+}
+
+HostileJLink::HostileJLink(const uint8_t* data, size_t size) : Pod(data, size) {
+    pod = this;
+    libraries = {"JLinkARM.dll"};
+    exports = {
+        {"JLINKARM_Open", Export(Open)},
+        {"JLINKARM_Close", Export(Close)},
+        {"JLINKARM_SelectUSB", Export(SelectUSB)},
+        {"JLINKARM_SelectIP", Export(SelectIP)},
+        {"JLINKARM_SetWarnOutHandler", Export(SetWarnOutHandler)},
+        {"JLINKARM_SetErrorOutHandler", Export(SetErrorOutHandler)},
+        {"JLINKARM_HasError", Export(HasError)},
+        {"JLINKARM_ClrError", Export(ClrError)},
+        {"JLINKARM_SetSpeed", Export(SetSpeed)},
+        {"JLINKARM_JTAG_StoreGetRaw", Export(StoreGetRaw)},
+        {"JLINKARM_JTAG_StoreRaw", Export(StoreRaw)},
+    };
+}
+
+HostileJLink::~HostileJLink() {
+    Check(!isOpen && loaded == 0, "everything is closed in the end");
+    pod = nullptr;
+}
+
+} // namespace
+
+extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
+    const Patience patience;
+    HostileJLink hostile(data, size);
+    OmJLink cable;
+    const int number = hostile.input.ConsumeIntegralInRange(OmJLink::kOverIp, 3);
+    if (cable.Initialize(number, "localhost", 19020, hostile.input.ConsumeIntegral<uint32_t>()))
+        RunScans(cable, hostile);
+    return 0;
+}
