@@ -3,6 +3,7 @@
 
 #include "virtualboard/CurrentBoard.h"
 #include "virtualboard/JtagPins.h"
+#include "virtualboard/standins/Export.h"
 #include "virtualboard/UsbHost.h"
 
 #include <cstdint>
@@ -84,29 +85,27 @@ void Transfer(const std::vector<uint8_t>& tms, const std::vector<uint8_t>& tdi, 
 
 } // namespace
 
-#define EXPORT extern "C" __attribute__((visibility("default")))
-
-EXPORT Bool DpcInit(ErrorCode* error) {
+VB_EXPORT Bool DpcInit(ErrorCode* error) {
     State().initialized = vb::CurrentBoard() && Begin("DpcInit");
     return Answer(error, State().initialized ? kNoError : kNotInitialized);
 }
 
-EXPORT void DpcTerm() {
+VB_EXPORT void DpcTerm() {
     Begin("DpcTerm");
     State() = {};
 }
 
 // The vendor's window has nothing to configure here.
-EXPORT void DvmgStartConfigureDevices(void*, ErrorCode* error) {
+VB_EXPORT void DvmgStartConfigureDevices(void*, ErrorCode* error) {
     Answer(error, kNoError);
 }
 
-EXPORT int DvmgGetDevCount(ErrorCode* error) {
+VB_EXPORT int DvmgGetDevCount(ErrorCode* error) {
     Answer(error, kNoError);
     return static_cast<int>(Adapters().size());
 }
 
-EXPORT Bool DvmgGetDevName(int index, char* name, ErrorCode* error) {
+VB_EXPORT Bool DvmgGetDevName(int index, char* name, ErrorCode* error) {
     const std::vector<const vb::PodEntry*> adapters = Adapters();
     if (index < 0 || static_cast<size_t>(index) >= adapters.size() || !name)
         return Answer(error, kNoDevice);
@@ -115,7 +114,7 @@ EXPORT Bool DvmgGetDevName(int index, char* name, ErrorCode* error) {
     return Answer(error, kNoError);
 }
 
-EXPORT Bool DpcOpenJtag(Interface* handle, const char* name, ErrorCode* error, void*) {
+VB_EXPORT Bool DpcOpenJtag(Interface* handle, const char* name, ErrorCode* error, void*) {
     if (!handle || !name || !State().initialized || !Begin("DpcOpenJtag"))
         return Answer(error, kNotInitialized);
     for (const vb::PodEntry* entry : Adapters()) {
@@ -128,7 +127,7 @@ EXPORT Bool DpcOpenJtag(Interface* handle, const char* name, ErrorCode* error, v
     return Answer(error, kNoDevice);
 }
 
-EXPORT Bool DpcCloseJtag(Interface handle, ErrorCode* error) {
+VB_EXPORT Bool DpcCloseJtag(Interface handle, ErrorCode* error) {
     const bool well = Begin("DpcCloseJtag");
     if (!handle || handle != State().pod)
         return Answer(error, kNoDevice);
@@ -137,7 +136,7 @@ EXPORT Bool DpcCloseJtag(Interface handle, ErrorCode* error) {
     return Answer(error, well ? kNoError : kTransferFailed);
 }
 
-EXPORT Bool DpcEnableJtag(Interface handle, ErrorCode* error, void*) {
+VB_EXPORT Bool DpcEnableJtag(Interface handle, ErrorCode* error, void*) {
     if (!handle || handle != State().pod || !Begin("DpcEnableJtag"))
         return Answer(error, kNoDevice);
     State().enabled = true;
@@ -145,7 +144,7 @@ EXPORT Bool DpcEnableJtag(Interface handle, ErrorCode* error, void*) {
     return Answer(error, kNoError);
 }
 
-EXPORT Bool DpcDisableJtag(Interface handle, ErrorCode* error) {
+VB_EXPORT Bool DpcDisableJtag(Interface handle, ErrorCode* error) {
     const bool well = Begin("DpcDisableJtag");
     if (!handle || handle != State().pod)
         return Answer(error, kNoDevice);
@@ -153,8 +152,8 @@ EXPORT Bool DpcDisableJtag(Interface handle, ErrorCode* error) {
     return Answer(error, well ? kNoError : kTransferFailed);
 }
 
-EXPORT Bool DpcPutTdiBits(Interface handle, int count, const uint8_t* tdi, Bool tms, Bool returnTdo,
-                          uint8_t* tdo, ErrorCode* error, void*) {
+VB_EXPORT Bool DpcPutTdiBits(Interface handle, int count, const uint8_t* tdi, Bool tms,
+                             Bool returnTdo, uint8_t* tdo, ErrorCode* error, void*) {
     if (count < 0 || !Ready("DpcPutTdiBits", handle))
         return Answer(error, kTransferFailed);
     const auto bits = static_cast<size_t>(count);
@@ -165,8 +164,8 @@ EXPORT Bool DpcPutTdiBits(Interface handle, int count, const uint8_t* tdi, Bool 
 }
 
 // Pairs: TDI in the lower bit, TMS above it, four pairs a byte.
-EXPORT Bool DpcPutTmsTdiBits(Interface handle, int count, const uint8_t* pairs, Bool returnTdo,
-                             uint8_t* tdo, ErrorCode* error, void*) {
+VB_EXPORT Bool DpcPutTmsTdiBits(Interface handle, int count, const uint8_t* pairs, Bool returnTdo,
+                                uint8_t* tdo, ErrorCode* error, void*) {
     if (count < 0 || !Ready("DpcPutTmsTdiBits", handle))
         return Answer(error, kTransferFailed);
     const auto cycles = static_cast<size_t>(count);

@@ -2,6 +2,7 @@
 // D2XX programmer's guide; on Linux a DWORD has 32 bits. The USB-Blaster's private copy of the
 // library is built from this file too.
 
+#include "virtualboard/standins/Export.h"
 #include "virtualboard/UsbHost.h"
 
 #include <algorithm>
@@ -51,17 +52,15 @@ Status OnDevice(const char* function, Handle handle, Work work) {
 
 } // namespace
 
-#define EXPORT extern "C" __attribute__((visibility("default")))
-
-EXPORT Status FT_CreateDeviceInfoList(uint32_t* count) {
+VB_EXPORT Status FT_CreateDeviceInfoList(uint32_t* count) {
     vb::UsbHost* host = vb::CurrentUsbHost();
     Store(count, host ? static_cast<uint32_t>(host->DeviceCount()) : 0);
     return host ? host->BeginCall("FT_CreateDeviceInfoList") : vb::kUsbOk;
 }
 
-EXPORT Status FT_GetDeviceInfoDetail(uint32_t index, uint32_t* flags, uint32_t* type, uint32_t* id,
-                                     uint32_t* location, void* serial, void* description,
-                                     Handle* handle) {
+VB_EXPORT Status FT_GetDeviceInfoDetail(uint32_t index, uint32_t* flags, uint32_t* type,
+                                        uint32_t* id, uint32_t* location, void* serial,
+                                        void* description, Handle* handle) {
     vb::UsbHost* host = vb::CurrentUsbHost();
     if (!host)
         return kNoHost;
@@ -82,8 +81,8 @@ EXPORT Status FT_GetDeviceInfoDetail(uint32_t index, uint32_t* flags, uint32_t* 
     return vb::kUsbOk;
 }
 
-EXPORT Status FT_GetDeviceInfo(Handle handle, uint32_t* type, uint32_t* id, char* serial,
-                               char* description, void*) {
+VB_EXPORT Status FT_GetDeviceInfo(Handle handle, uint32_t* type, uint32_t* id, char* serial,
+                                  char* description, void*) {
     return OnDevice("FT_GetDeviceInfo", handle, [&](vb::UsbHost&, vb::UsbDevice& device) {
         Store(type, vb::UsbHost::TypeOf(device));
         Store(id, vb::UsbHost::IdOf(device));
@@ -93,7 +92,7 @@ EXPORT Status FT_GetDeviceInfo(Handle handle, uint32_t* type, uint32_t* id, char
     });
 }
 
-EXPORT Status FT_OpenEx(void* argument, uint32_t flags, Handle* handle) {
+VB_EXPORT Status FT_OpenEx(void* argument, uint32_t flags, Handle* handle) {
     vb::UsbHost* host = vb::CurrentUsbHost();
     if (!host)
         return kNoHost;
@@ -111,7 +110,7 @@ EXPORT Status FT_OpenEx(void* argument, uint32_t flags, Handle* handle) {
 }
 
 // A handle is void behind a close that fails, too.
-EXPORT Status FT_Close(Handle handle) {
+VB_EXPORT Status FT_Close(Handle handle) {
     vb::UsbHost* host = vb::CurrentUsbHost();
     if (!host)
         return kNoHost;
@@ -123,19 +122,19 @@ EXPORT Status FT_Close(Handle handle) {
     return fault;
 }
 
-EXPORT Status FT_ResetDevice(Handle handle) {
+VB_EXPORT Status FT_ResetDevice(Handle handle) {
     return OnDevice("FT_ResetDevice", handle, [](vb::UsbHost& host, vb::UsbDevice& device) {
         host.ResetDevice(device);
         return vb::kUsbOk;
     });
 }
 
-EXPORT Status FT_SetUSBParameters(Handle handle, uint32_t, uint32_t) {
+VB_EXPORT Status FT_SetUSBParameters(Handle handle, uint32_t, uint32_t) {
     return OnDevice("FT_SetUSBParameters", handle,
                     [](vb::UsbHost&, vb::UsbDevice&) { return vb::kUsbOk; });
 }
 
-EXPORT Status FT_Purge(Handle handle, uint32_t mask) {
+VB_EXPORT Status FT_Purge(Handle handle, uint32_t mask) {
     constexpr uint32_t kReceive = 1;
     return OnDevice("FT_Purge", handle, [mask](vb::UsbHost& host, vb::UsbDevice& device) {
         if (mask & kReceive)
@@ -144,23 +143,23 @@ EXPORT Status FT_Purge(Handle handle, uint32_t mask) {
     });
 }
 
-EXPORT Status FT_SetLatencyTimer(Handle handle, uint8_t) {
+VB_EXPORT Status FT_SetLatencyTimer(Handle handle, uint8_t) {
     return OnDevice("FT_SetLatencyTimer", handle,
                     [](vb::UsbHost&, vb::UsbDevice&) { return vb::kUsbOk; });
 }
 
-EXPORT Status FT_SetBaudRate(Handle handle, uint32_t) {
+VB_EXPORT Status FT_SetBaudRate(Handle handle, uint32_t) {
     return OnDevice("FT_SetBaudRate", handle,
                     [](vb::UsbHost&, vb::UsbDevice&) { return vb::kUsbOk; });
 }
 
-EXPORT Status FT_SetBitMode(Handle handle, uint8_t, uint8_t mode) {
+VB_EXPORT Status FT_SetBitMode(Handle handle, uint8_t, uint8_t mode) {
     return OnDevice("FT_SetBitMode", handle, [mode](vb::UsbHost& host, vb::UsbDevice& device) {
         return host.SetBitMode(device, mode);
     });
 }
 
-EXPORT Status FT_GetQueueStatus(Handle handle, uint32_t* waiting) {
+VB_EXPORT Status FT_GetQueueStatus(Handle handle, uint32_t* waiting) {
     return OnDevice("FT_GetQueueStatus", handle,
                     [waiting](vb::UsbHost& host, vb::UsbDevice& device) {
                         uint32_t count = 0;
@@ -170,7 +169,7 @@ EXPORT Status FT_GetQueueStatus(Handle handle, uint32_t* waiting) {
                     });
 }
 
-EXPORT Status FT_Write(Handle handle, const void* buffer, uint32_t size, uint32_t* written) {
+VB_EXPORT Status FT_Write(Handle handle, const void* buffer, uint32_t size, uint32_t* written) {
     Store(written, uint32_t{0});
     return OnDevice("FT_Write", handle, [&](vb::UsbHost& host, vb::UsbDevice& device) {
         const Status status = host.Write(device, {static_cast<const uint8_t*>(buffer), size});
@@ -179,7 +178,7 @@ EXPORT Status FT_Write(Handle handle, const void* buffer, uint32_t size, uint32_
     });
 }
 
-EXPORT Status FT_Read(Handle handle, void* buffer, uint32_t size, uint32_t* received) {
+VB_EXPORT Status FT_Read(Handle handle, void* buffer, uint32_t size, uint32_t* received) {
     Store(received, uint32_t{0});
     return OnDevice("FT_Read", handle, [&](vb::UsbHost& host, vb::UsbDevice& device) {
         uint32_t count = 0;

@@ -4,6 +4,7 @@
 
 #include "virtualboard/CurrentBoard.h"
 #include "virtualboard/JtagPins.h"
+#include "virtualboard/standins/Export.h"
 #include "virtualboard/UsbHost.h"
 
 #include <cstdint>
@@ -74,9 +75,7 @@ vb::JtagChain* BeginTransfer(const char* function, uint32_t bits, bool reads) {
 
 } // namespace
 
-#define EXPORT extern "C" __attribute__((visibility("default")))
-
-EXPORT int JLINKARM_SelectUSB(int number) {
+VB_EXPORT int JLINKARM_SelectUSB(int number) {
     constexpr int kMostPods = 4;
     if (number < 0 || number >= kMostPods || !Selects("JLINKARM_SelectUSB"))
         return 1;
@@ -85,7 +84,7 @@ EXPORT int JLINKARM_SelectUSB(int number) {
     return 0;
 }
 
-EXPORT int JLINKARM_SelectIP(const char* host, int port) {
+VB_EXPORT int JLINKARM_SelectIP(const char* host, int port) {
     if (!host || !*host || port < 0 || !Selects("JLINKARM_SelectIP"))
         return 1;
     State().byAddress = true;
@@ -93,7 +92,7 @@ EXPORT int JLINKARM_SelectIP(const char* host, int port) {
     return 0;
 }
 
-EXPORT const char* JLINKARM_Open() {
+VB_EXPORT const char* JLINKARM_Open() {
     vb::Board* board = vb::CurrentBoard();
     vb::UsbHost* host = vb::CurrentUsbHost();
     if (!host || host->BeginCall("JLINKARM_Open") != vb::kUsbOk || host->Unplugged() ||
@@ -103,29 +102,29 @@ EXPORT const char* JLINKARM_Open() {
     return nullptr;
 }
 
-EXPORT void JLINKARM_Close() {
+VB_EXPORT void JLINKARM_Close() {
     if (vb::UsbHost* host = vb::CurrentUsbHost())
         host->BeginCall("JLINKARM_Close"); // has no result that could tell of a failure
     State().open = false;
 }
 
-EXPORT void JLINKARM_SetWarnOutHandler(Handler* handler) {
+VB_EXPORT void JLINKARM_SetWarnOutHandler(Handler* handler) {
     State().warning = handler;
 }
 
-EXPORT void JLINKARM_SetErrorOutHandler(Handler* handler) {
+VB_EXPORT void JLINKARM_SetErrorOutHandler(Handler* handler) {
     State().error = handler;
 }
 
-EXPORT char JLINKARM_HasError() {
+VB_EXPORT char JLINKARM_HasError() {
     return State().hasError ? 1 : 0;
 }
 
-EXPORT void JLINKARM_ClrError() {
+VB_EXPORT void JLINKARM_ClrError() {
     State().hasError = false;
 }
 
-EXPORT void JLINKARM_SetSpeed(uint32_t kilohertz) {
+VB_EXPORT void JLINKARM_SetSpeed(uint32_t kilohertz) {
     vb::Board* board = vb::CurrentBoard();
     if (kilohertz > kMaximumKilohertz) {
         kilohertz = kMaximumKilohertz;
@@ -136,13 +135,13 @@ EXPORT void JLINKARM_SetSpeed(uint32_t kilohertz) {
         board->Clock().SetFrequency(kilohertz * kHertzPerUnit);
 }
 
-EXPORT void JLINKARM_JTAG_StoreGetRaw(const uint8_t* tdi, uint8_t* tdo, const uint8_t* tms,
-                                      uint32_t bits) {
+VB_EXPORT void JLINKARM_JTAG_StoreGetRaw(const uint8_t* tdi, uint8_t* tdo, const uint8_t* tms,
+                                         uint32_t bits) {
     if (vb::JtagChain* chain = BeginTransfer("JLINKARM_JTAG_StoreGetRaw", bits, true))
         vb::RunPacked(*chain, tms, tdi, tdo, bits);
 }
 
-EXPORT void JLINKARM_JTAG_StoreRaw(const uint8_t* tdi, const uint8_t* tms, uint32_t bits) {
+VB_EXPORT void JLINKARM_JTAG_StoreRaw(const uint8_t* tdi, const uint8_t* tms, uint32_t bits) {
     if (vb::JtagChain* chain = BeginTransfer("JLINKARM_JTAG_StoreRaw", bits, false))
         vb::RunPacked(*chain, tms, tdi, nullptr, bits);
 }
