@@ -1,9 +1,11 @@
 #include "app/App.h"
 
+#include "app/HexViewCtrl.h"
 #include "app/MainFrame.h"
 #include "app/WindowGeometry.h"
 #include "bsdl/Idcode.h"
 #include "flash/FlashProgrammer.h"
+#include "platform/Clock.h"
 #include "platform/Paths.h"
 #include "platform/SettingsStore.h"
 #include "platform/Text.h"
@@ -20,6 +22,7 @@
 namespace {
 
 constexpr int kModernCommonControls = 600;
+constexpr uint64_t kPaintMilliseconds = 1000; // an iconised window never paints
 
 // Hosts without a common controls library have nothing that could be too old.
 int GetCommonControlsVersion() {
@@ -28,6 +31,30 @@ int GetCommonControlsVersion() {
 #else
     return kModernCommonControls;
 #endif
+}
+
+// Some window managers place a new window where they like; the user's own place is asked for once
+// more when the window stands.
+void KeepPosition(wxFrame* frame, const wxPoint& position) {
+    frame->Bind(wxEVT_ACTIVATE, [frame, position, asked = false](wxActivateEvent& event) mutable {
+        event.Skip();
+        if (asked || !event.GetActive())
+            return;
+        asked = true;
+        if (frame->GetPosition() != position)
+            frame->Move(position);
+    });
+}
+
+// The window stands before a load, which may take a while, and before the box of a failure, which
+// it would otherwise cover: GTK shows a window some events later.
+void LetPaint(const OmHexViewCtrl& view) {
+    const uint64_t start = GetClock().Milliseconds();
+    wxTheApp->Yield(true);
+    while (!view.HasPainted() && GetClock().Milliseconds() - start < kPaintMilliseconds) {
+        GetClock().SleepMilliseconds(1);
+        wxTheApp->Yield(true);
+    }
 }
 
 } // namespace
@@ -87,19 +114,20 @@ OmMainFrame* OmApp::OpenMainWindow() {
     const wxRect geometry = ValidateWindowGeometry(LoadWindowGeometry(), screen);
     auto* frame =
         new OmMainFrame(kProductName, geometry.GetPosition(), geometry.GetSize(), *helpController_);
+    if (geometry.GetPosition() != kDefaultGeometry.GetPosition())
+        KeepPosition(frame, geometry.GetPosition());
     frame->Show(true);
     SetTopWindow(frame);
     return frame;
 }
 
-// The window paints before each load, which may take a while.
 void OmApp::LoadNamedFiles(OmMainFrame& frame) {
     if (!commandLine_.setupFile.empty()) {
-        Yield(true);
+        LetPaint(frame.GetHexView());
         frame.LoadSetupFile(commandLine_.setupFile);
     }
     if (!commandLine_.dataFile.empty()) {
-        Yield(true);
+        LetPaint(frame.GetHexView());
         frame.LoadDataFile(commandLine_.dataFile);
     }
 }

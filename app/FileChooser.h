@@ -29,3 +29,6 @@ OmFileChooser& GetFileChooser();
 // Installs `chooser` (not owned; null restores the host's dialogs); returns the one installed
 // before, null for the host's.
 OmFileChooser* SetFileChooser(OmFileChooser* chooser);
+
+// `path`, with the first extension of the filter's entry of that index if it has none itself.
+wxString AddFilterExtension(const wxString& path, const wxString& filter, int filterIndex);

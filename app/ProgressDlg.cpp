@@ -80,8 +80,8 @@ bool OmProgressDlg::OnProgress(int percent, const wchar_t* message) {
     else
         ShowPercent(percent = std::min(percent, kGaugeRange));
     lastPercent_ = percent;
-    if (message && messageText_->GetLabel() != message)
-        messageText_->SetLabel(message);
+    if (message && messageText_->GetLabelText() != message)
+        messageText_->SetLabelText(message); // a name in it may hold an ampersand
     UpdateElapsed();
     RunPendingEvents();
     return !aborted_;

@@ -178,6 +178,7 @@ void OmVirtualListViewCtrl::OnPaint(wxPaintEvent&) {
     wxPaintDC dc(this);
     dc.SetBackground(wxBrush(GetBackgroundColour()));
     Draw(dc, GetClientSize());
+    hasPainted_ = true;
 }
 
 // One DrawText a line: laying out the text is what painting costs.

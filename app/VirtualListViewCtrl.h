@@ -22,6 +22,9 @@ class OmVirtualListViewCtrl : public wxWindow {
 
     uint32_t GetFirstLine() const { return firstLine_; }
 
+    // The window has been on the screen.
+    bool HasPainted() const { return hasPainted_; }
+
     // Paints the lines of an area of `size` with the current first line on top.
     void Draw(wxDC& dc, const wxSize& size) const;
 
@@ -57,4 +60,5 @@ class OmVirtualListViewCtrl : public wxWindow {
     uint32_t lineCount_ = 0;
     uint32_t firstLine_ = 0;
     int32_t wheelRest_ = 0; // rotation not yet turned into lines
+    bool hasPainted_ = false;
 };

@@ -7,29 +7,30 @@
 
 namespace {
 
+// GTK's own message boxes have lost their icons, by which a failure is told from a result.
+#ifdef __WXGTK__
+using HostMessageDialog = wxGenericMessageDialog;
+#else
+using HostMessageDialog = wxMessageDialog;
+#endif
+
 long ToToolkitStyle(OmMessageStyle style) {
     static constexpr long kButtons[] = {wxOK, wxOK | wxCANCEL, wxYES_NO, wxYES_NO | wxCANCEL};
     static constexpr long kIcons[] = {wxICON_NONE, wxICON_INFORMATION, wxICON_EXCLAMATION,
                                       wxICON_ERROR, wxICON_QUESTION};
     return kButtons[static_cast<size_t>(style.buttons)] | kIcons[static_cast<size_t>(style.icon)] |
-           (style.noIsDefault ? wxNO_DEFAULT : 0);
+           (style.noIsDefault ? wxNO_DEFAULT : 0) | wxCENTRE;
 }
 
-#ifdef __WXGTK__
-// GTK's own message dialog shows no icon, and the icon tells a failure from a result at a glance.
-using MessageDialog = wxGenericMessageDialog;
-#else
-using MessageDialog = wxMessageDialog;
-#endif
-
-OmAnswer FromToolkitAnswer(int buttonId) {
-    switch (buttonId) {
+// A box with nothing but OK may also be closed, which counts the same.
+OmAnswer FromButton(int button, OmMessageStyle style) {
+    switch (button) {
     case wxID_YES:
         return OmAnswer::Yes;
     case wxID_NO:
         return OmAnswer::No;
     case wxID_CANCEL:
-        return OmAnswer::Cancel;
+        return style.buttons == OmButtons::Ok ? OmAnswer::Ok : OmAnswer::Cancel;
     default:
         return OmAnswer::Ok;
     }
@@ -45,8 +46,8 @@ wxWindow* FindBoxParent() {
 
 OmAnswer WxUserInterface::ShowMessage(const std::wstring& text, const std::wstring& caption,
                                       OmMessageStyle style) {
-    MessageDialog dialog(FindBoxParent(), text, caption, ToToolkitStyle(style));
-    return FromToolkitAnswer(dialog.ShowModal());
+    HostMessageDialog box(FindBoxParent(), text, caption, ToToolkitStyle(style));
+    return FromButton(box.ShowModal(), style);
 }
 
 void WxUserInterface::BeginBusyCursor() {

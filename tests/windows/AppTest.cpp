@@ -90,9 +90,9 @@ TEST_F(StartUp, HelpSwitchShowsTheUsageAndGoesOn) {
     const std::string setup = folder_.Path("missing.velflash");
     ModalSteps user;
     user.ExpectBox("Velmora Flash Programmer", "Usage: velflash [<setup_file> [<data_file>] ]",
-                   wxOK | wxICON_INFORMATION, wxID_OK);
+                   wxOK | wxCENTRE | wxICON_INFORMATION, wxID_OK);
     user.ExpectBox("Velmora Flash Programmer", "Failed to load setup file '" + setup + "'.",
-                   wxOK | wxICON_ERROR, wxID_OK);
+                   wxOK | wxCENTRE | wxICON_ERROR, wxID_OK);
     const OmMainFrame& frame = Start({"--help", setup});
     EXPECT_TRUE(frame.IsShown());
     EXPECT_EQ(frame.GetTitle(), "Untitled - Velmora Flash Programmer");

@@ -69,6 +69,11 @@ TEST_F(ProgressDlg, ReportsMoveTheBarAndTheText) {
     TakeScreenshot(*dialog_, "progress");
 }
 
+TEST_F(ProgressDlg, AmpersandInAMessageStays) {
+    dialog_->OnProgress(1, L"Reading a&b");
+    EXPECT_EQ(FindByClass<wxStaticText>(*dialog_)->GetLabelText(), "Reading a&b");
+}
+
 TEST_F(ProgressDlg, PercentIsClampedToAHundred) {
     dialog_->OnProgress(150, nullptr);
     EXPECT_EQ(gauge_->GetValue(), 100);

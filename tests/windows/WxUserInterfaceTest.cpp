@@ -1,8 +1,10 @@
 #include "app/WxUserInterface.h"
 
 #include "tests/windows/support/ModalSteps.h"
+#include "tests/windows/support/UserActions.h"
 
 #include <gtest/gtest.h>
+#include <wx/statbmp.h>
 #include <wx/wx.h>
 
 namespace {
@@ -19,6 +21,7 @@ const Case kCases[] = {
     {"information", kInformationBox, wxOK | wxICON_INFORMATION, wxID_OK, OmAnswer::Ok},
     {"warning", kWarningBox, wxOK | wxICON_EXCLAMATION, wxID_OK, OmAnswer::Ok},
     {"error", kErrorBox, wxOK | wxICON_ERROR, wxID_OK, OmAnswer::Ok},
+    {"error closed", kErrorBox, wxOK | wxICON_ERROR, wxID_CANCEL, OmAnswer::Ok},
     {"question yes", kQuestionBox, wxYES_NO | wxICON_QUESTION, wxID_YES, OmAnswer::Yes},
     {"question no", kQuestionBox, wxYES_NO | wxICON_QUESTION, wxID_NO, OmAnswer::No},
     {"save yes", kSaveQuestionBox, wxYES_NO | wxCANCEL | wxICON_QUESTION, wxID_YES, OmAnswer::Yes},
@@ -43,9 +46,22 @@ TEST(WxUserInterface, BoxesHaveTheirButtonsIconAndDefault) {
     for (const Case& test : kCases) {
         SCOPED_TRACE(test.what);
         ModalSteps user;
-        user.ExpectBox("Caption", "Text", test.toolkitStyle, test.pressed);
+        user.ExpectBox("Caption", "Text", test.toolkitStyle | wxCENTRE, test.pressed);
         EXPECT_EQ(userInterface.ShowMessage(L"Text", L"Caption", test.style), test.answer);
     }
+}
+
+TEST(WxUserInterface, BoxShowsItsTextAndTakesARealPress) {
+    WxUserInterface userInterface;
+    ModalSteps user;
+    user.Expect("Velmora Flash Programmer", [](wxDialog& box) {
+        EXPECT_NE(FindByClass<wxStaticBitmap>(box), nullptr);
+        TakeScreenshot(box, "question");
+        PressButton(box, wxID_NO);
+    });
+    EXPECT_EQ(userInterface.ShowMessage(L"Do you want to save current setup?",
+                                        L"Velmora Flash Programmer", kSaveQuestionBox),
+              OmAnswer::No);
 }
 
 TEST(WxUserInterface, BusyCursorsNest) {

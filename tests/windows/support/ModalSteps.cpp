@@ -79,7 +79,10 @@ int ModalSteps::AnswerBox(const wxDialog* dialog, const Expected& expected) {
     return expected.boxAnswer;
 }
 
+// The toolkit asks twice about dialogs that call their base class's ShowModal.
 int ModalSteps::Enter(wxDialog* dialog) {
+    if (entering_ == dialog)
+        return wxID_NONE;
     if (expected_.empty())
         return Refuse(*dialog);
     Expected next = std::move(expected_.front());
@@ -87,6 +90,10 @@ int ModalSteps::Enter(wxDialog* dialog) {
     EXPECT_EQ(dialog->GetTitle(), next.title);
     if (next.boxAnswer != wxID_NONE)
         return AnswerBox(dialog, next);
-    dialog->CallAfter([dialog, step = std::move(next.step)] { TakeStep(*dialog, step); });
+    entering_ = dialog;
+    dialog->CallAfter([this, dialog, step = std::move(next.step)] {
+        entering_ = nullptr;
+        TakeStep(*dialog, step);
+    });
     return wxID_NONE;
 }

@@ -47,4 +47,5 @@ class ModalSteps : public wxModalDialogHook {
     static int AnswerBox(const wxDialog* dialog, const Expected& expected);
 
     std::deque<Expected> expected_;
+    const wxDialog* entering_ = nullptr; // its step is queued
 };
