@@ -36,7 +36,7 @@ OmAnswer FromButton(int button, OmMessageStyle style) {
     }
 }
 
-// wxGetActiveWindow misses dialogs on some hosts, and then a box would hide behind its dialog.
+// There is no active window while the user works in another program.
 wxWindow* FindBoxParent() {
     wxWindow* parent = wxGetActiveWindow();
     return parent ? wxGetTopLevelParent(parent) : wxTheApp->GetTopWindow();
