@@ -6,7 +6,6 @@
 
 namespace {
 
-// Only what lies in the flash is there to be checked.
 std::vector<OmAddressRange> GetChunkRanges(const OmDataImage& image) {
     std::vector<OmAddressRange> ranges;
     for (const OmDataChunk& chunk : image.GetChunks())

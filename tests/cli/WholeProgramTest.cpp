@@ -13,13 +13,32 @@ namespace {
 
 class WholeProgram : public ::testing::Test {
   protected:
+    WholeProgram() { UseBoard("model=amd16-64m-bottom buffer=32"); }
+
+    // The demo board with another flash; its time passes as fast as it can.
+    void UseBoard(const std::string& flash) const {
+        std::string board = ReadWholeFile(OM_DEMO_DIRECTORY "/boards/demo.board");
+        Replace(board, "time sleeps\n", "");
+        Replace(board, "model=amd16-64m-bottom buffer=32", flash);
+        for (int device = 0; device < 3; ++device)
+            Replace(board, " ../bsdl/", " " OM_DEMO_DIRECTORY "/bsdl/");
+        folder_.Write("test.board", board);
+    }
+
+    static void Replace(std::string& text, const std::string& from, const std::string& to) {
+        const size_t place = text.find(from);
+        ASSERT_NE(place, std::string::npos) << from;
+        text.replace(place, from.size(), to);
+    }
+
     // Runs the program in the test's folder with settings of its own; `line` is for the shell.
     int Run(const std::string& line) {
         const std::string folder = folder_.path.string();
         const std::string command = "cd '" + folder + "' && XDG_CONFIG_HOME='" + folder +
-                                    "/config' VIRTUALBOARD_FLASH_DUMP='" + folder +
-                                    "/flash.bin' VIRTUALBOARD_STATS='" + folder + "/stats.json' " +
-                                    environment_ + OM_PROGRAM + " " + line + " 2> errors";
+                                    "/config' VIRTUALBOARD=test.board VIRTUALBOARD_FLASH_DUMP='" +
+                                    folder + "/flash.bin' VIRTUALBOARD_STATS='" + folder +
+                                    "/stats.json' " + environment_ + OM_PROGRAM + " " + line +
+                                    " 2> errors";
         const int status = std::system(command.c_str());
         return WIFEXITED(status) ? WEXITSTATUS(status) : -1;
     }
@@ -121,6 +140,18 @@ TEST_F(WholeProgram, FailuresAreOneAndTold) {
     }
 }
 
+// Each run of the program starts with a board that has just been switched on.
+TEST_F(WholeProgram, IntelSectorsAreLockedAndUnlocked) {
+    UseBoard("model=intel16-64m");
+    MakeData(100);
+    EXPECT_EQ(RunOnPod("lock " + setup_ + " --all"), 0) << Errors();
+    EXPECT_TRUE(HasError("Locking sector 67 of 67...")) << Errors();
+    EXPECT_TRUE(HasError("Lock sectors operation completed successfully.")) << Errors();
+    EXPECT_EQ(RunOnPod("unlock " + setup_ + " --from 10000 --size 128K"), 0) << Errors();
+    EXPECT_TRUE(HasError("Unlocking sector 3 of 3...")) << Errors();
+    EXPECT_TRUE(HasError("Unlock sectors operation completed successfully.")) << Errors();
+}
+
 TEST_F(WholeProgram, PodThatDoesNotOpenPointsAtTheLog) {
     environment_ = "LD_LIBRARY_PATH= "; // no vendor's library is found
     EXPECT_EQ(Run("-c jlink chain"), 1);
@@ -158,9 +189,12 @@ TEST_F(WholeProgram, InterruptStopsAnActionAndIs130) {
                                      "' errors && break; sleep 0.05; "
                                      "done; kill -INT $pid; wait $pid) #";
     const std::string folder = folder_.path.string();
-    const std::string command = "cd '" + folder + "' && (XDG_CONFIG_HOME='" + folder +
-                                "/config' " OM_PROGRAM " -c ft2232 -f 30M erase " + setup_ +
-                                " -s 0-134 2> errors" + waitForErase;
+    // The board as it is takes the time that real chips take.
+    const std::string command = "cd '" + folder +
+                                "' && (VIRTUALBOARD=" OM_DEMO_DIRECTORY
+                                "/boards/demo.board XDG_CONFIG_HOME='" +
+                                folder + "/config' " OM_PROGRAM " -c ft2232 -f 30M erase " +
+                                setup_ + " -s 0-134 2> errors" + waitForErase;
     const int status = std::system(command.c_str());
     ASSERT_TRUE(WIFEXITED(status));
     EXPECT_EQ(WEXITSTATUS(status), 130) << Errors();
