@@ -66,6 +66,16 @@ void AmdFlash::Write(uint32_t address, uint32_t data) {
         WriteStep(address, data);
 }
 
+// A cycle that only leads on: another command or address in its place breaks the sequence off.
+AmdFlash::Step AmdFlash::NextUnlock(Step step, uint32_t address, uint8_t command) const {
+    if (step == Step::EraseSetup && command == 0xAA && AtFirstUnlock(address))
+        return Step::EraseFirstUnlock;
+    const bool second = command == 0x55 && AtSecondUnlock(address);
+    if (step == Step::FirstUnlock && second)
+        return Step::Unlocked;
+    return step == Step::EraseFirstUnlock && second ? Step::EraseUnlocked : Step::None;
+}
+
 void AmdFlash::WriteStep(uint32_t address, uint32_t data) {
     const auto command = static_cast<uint8_t>(data);
     const Step step = std::exchange(step_, Step::None);
@@ -73,21 +83,14 @@ void AmdFlash::WriteStep(uint32_t address, uint32_t data) {
     case Step::None:
         return bypass_ ? WriteBypass(command) : WriteIdle(address, command);
     case Step::FirstUnlock:
-        if (command == 0x55 && AtSecondUnlock(address))
-            step_ = Step::Unlocked;
+    case Step::EraseSetup:
+    case Step::EraseFirstUnlock:
+        step_ = NextUnlock(step, address, command);
         return;
     case Step::Unlocked:
         return WriteUnlocked(address, command);
     case Step::Program:
         return StartProgram(address, data);
-    case Step::EraseSetup:
-        if (command == 0xAA && AtFirstUnlock(address))
-            step_ = Step::EraseFirstUnlock;
-        return;
-    case Step::EraseFirstUnlock:
-        if (command == 0x55 && AtSecondUnlock(address))
-            step_ = Step::EraseUnlocked;
-        return;
     case Step::EraseUnlocked:
         return WriteErase(address, command);
     case Step::BypassReset:

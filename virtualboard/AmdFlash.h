@@ -58,6 +58,7 @@ class AmdFlash : public FlashModel {
 
     uint32_t CommandAddress(uint32_t address) const { return address >> parameters_.commandShift; }
 
+    Step NextUnlock(Step step, uint32_t address, uint8_t command) const;
     void WriteIdle(uint32_t address, uint8_t command);
     void WriteUnlocked(uint32_t address, uint8_t command);
     void WriteBypass(uint8_t command);

@@ -65,48 +65,38 @@ void IntelFlash::Write(uint32_t address, uint32_t data) {
     }
 }
 
+// The first byte of a command: what the outputs show from then on, what the next write is taken
+// for, and whether this chip knows the command at all.
 void IntelFlash::WriteCommand(uint32_t address, uint8_t command) {
-    switch (command) {
-    case 0xFF:
-        output_ = Output::Array;
-        break;
-    case 0x70:
-        output_ = Output::Status;
-        break;
-    case 0x50:
+    const bool buffers = parameters_.bufferBytes != 0;
+    const bool locks = parameters_.lockScheme != LockScheme::None;
+
+    const struct {
+        uint8_t code;
+        Output output;
+        Step step;
+        bool known;
+    } commands[] = {
+        {0xFF, Output::Array, Step::Command, true},
+        {0x70, Output::Status, Step::Command, true},
+        {0x90, Output::Identifier, Step::Command, true},
+        {0x98, Output::Query, Step::Command, HasQueryMode()},
+        {0x40, Output::Status, Step::Program, true},
+        {0x10, Output::Status, Step::Program, true},
+        {0x20, Output::Status, Step::Erase, true},
+        {0x60, Output::Status, Step::Lock, locks},
+        // The status after E8h is the extended one: SR7 says that a buffer is free.
+        {0xE8, Output::Status, Step::BufferCount, buffers},
+    };
+
+    if (command == 0x50)
         errors_ = 0;
-        break;
-    case 0x90:
-        output_ = Output::Identifier;
-        break;
-    case 0x98:
-        if (HasQueryMode())
-            output_ = Output::Query;
-        break;
-    case 0x40:
-    case 0x10:
-        step_ = Step::Program;
-        output_ = Output::Status;
-        break;
-    case 0x20:
-        step_ = Step::Erase;
-        output_ = Output::Status;
-        break;
-    case 0x60:
-        if (parameters_.lockScheme != LockScheme::None) {
-            step_ = Step::Lock;
-            output_ = Output::Status;
-        }
-        break;
-    case 0xE8:
-        if (parameters_.bufferBytes != 0) {
-            block_ = SectorOfWord(address);
-            step_ = Step::BufferCount;
-            output_ = Output::Status; // the extended status: SR7 says that a buffer is free
-        }
-        break;
-    default:
-        break;
+    for (const auto& row : commands) {
+        if (row.code != command || !row.known)
+            continue;
+        output_ = row.output;
+        step_ = row.step;
+        block_ = SectorOfWord(address);
     }
 }
 

@@ -236,8 +236,8 @@ uint8_t Mpsse::HighPins() const {
     return static_cast<uint8_t>((port_[1].value & port_[1].direction) | ~port_[1].direction);
 }
 
-void Mpsse::WaitForPin(bool high) {
-    stalled_ = ((LowPins() & kGpioL1Pin) != 0) != high;
+bool Mpsse::GpioL1() const {
+    return LowPins() & kGpioL1Pin;
 }
 
 void Mpsse::ClockOnly(size_t cycles) {
@@ -245,86 +245,96 @@ void Mpsse::ClockOnly(size_t cycles) {
         board_.Chain().Run(TmsPin(), nullptr, TdiPin(), nullptr, cycles);
 }
 
-size_t Mpsse::Control(std::span<const uint8_t> bytes) {
-    const uint8_t command = bytes[0];
-    switch (command) {
-    case 0x80:
-    case 0x82:
-        if (bytes.size() < 3)
-            return 0;
-        if (command == 0x80)
-            SetLowPort(bytes[1], bytes[2]);
-        else
-            port_[1] = {bytes[1], bytes[2]};
-        return 3;
-    case 0x81:
-        answers_.Push(LowPins());
-        return 1;
-    case 0x83:
-        answers_.Push(HighPins());
-        return 1;
-    case 0x84:
-    case 0x85:
-        loopback_ = command == 0x84;
-        return 1;
-    case 0x86:
-        if (bytes.size() < 3)
-            return 0;
-        divisor_ = static_cast<uint16_t>(bytes[1] | bytes[2] << 8);
-        ApplyFrequency();
-        return 3;
-    case 0x87:
-        answers_.Flush();
-        return 1;
-    case 0x88:
-    case 0x89:
-        WaitForPin(command == 0x88);
-        return 1;
-    default:
-        return highSpeed_ ? HighSpeedControl(bytes) : BadCommand(command);
-    }
+// All commands that shift no data, with their lengths (AN_108, sections 3.6 and on). The later ones
+// exist in the high-speed parts only.
+const Mpsse::Command* Mpsse::FindCommand(uint8_t code) const {
+    static constexpr Command kCommands[] = {
+        {0x80, 3, false, &Mpsse::WriteLowPort},  {0x81, 1, false, &Mpsse::ReadLowPort},
+        {0x82, 3, false, &Mpsse::WriteHighPort}, {0x83, 1, false, &Mpsse::ReadHighPort},
+        {0x84, 1, false, &Mpsse::Loopback},      {0x85, 1, false, &Mpsse::Loopback},
+        {0x86, 3, false, &Mpsse::Divisor},       {0x87, 1, false, &Mpsse::Flush},
+        {0x88, 1, false, &Mpsse::WaitForPin},    {0x89, 1, false, &Mpsse::WaitForPin},
+        {0x8A, 1, true, &Mpsse::DivideByFive},   {0x8B, 1, true, &Mpsse::DivideByFive},
+        {0x8C, 1, true, &Mpsse::ThreePhase},     {0x8D, 1, true, &Mpsse::ThreePhase},
+        {0x8E, 2, true, &Mpsse::ClockBits},      {0x8F, 3, true, &Mpsse::ClockBytes},
+        {0x94, 1, true, &Mpsse::WaitForPin},     {0x95, 1, true, &Mpsse::WaitForPin},
+        {0x96, 1, true, &Mpsse::Adaptive},       {0x97, 1, true, &Mpsse::Adaptive},
+        {0x9C, 3, true, &Mpsse::ClockUntilPin},  {0x9D, 3, true, &Mpsse::ClockUntilPin},
+    };
+    for (const Command& command : kCommands)
+        if (command.code == code && (highSpeed_ || !command.highSpeedOnly))
+            return &command;
+    return nullptr;
 }
 
-// Commands that only the high-speed parts have (AN_108, section 6).
-size_t Mpsse::HighSpeedControl(std::span<const uint8_t> bytes) {
-    const uint8_t command = bytes[0];
-    switch (command) {
-    case 0x8A:
-    case 0x8B:
-        divideByFive_ = command == 0x8B;
-        ApplyFrequency();
-        return 1;
-    case 0x8C:
-    case 0x8D: // three-phase clocking makes the data valid on both edges: nothing changes here
-        return 1;
-    case 0x8E:
-        if (bytes.size() < 2)
-            return 0;
-        ClockOnly((bytes[1] & 7u) + 1);
-        return 2;
-    case 0x8F:
-        if (bytes.size() < 3)
-            return 0;
-        ClockOnly(8 * (size_t{bytes[1]} + (size_t{bytes[2]} << 8) + 1));
-        return 3;
-    case 0x94:
-    case 0x95: // clocks until the pin has the level: at once, or for ever
-        WaitForPin(command == 0x94);
-        return 1;
-    case 0x96:
-    case 0x97:
-        adaptive_ = command == 0x96;
-        return 1;
-    case 0x9C:
-    case 0x9D:
-        if (bytes.size() < 3)
-            return 0;
-        if (((LowPins() & kGpioL1Pin) != 0) != (command == 0x9C))
-            ClockOnly(8 * (size_t{bytes[1]} + (size_t{bytes[2]} << 8) + 1));
-        return 3;
-    default:
-        return BadCommand(command);
-    }
+size_t Mpsse::Control(std::span<const uint8_t> bytes) {
+    const Command* command = FindCommand(bytes[0]);
+    if (!command)
+        return BadCommand(bytes[0]);
+    if (bytes.size() < command->size)
+        return 0;
+    (this->*command->run)(bytes.data());
+    return command->size;
+}
+
+void Mpsse::WriteLowPort(const uint8_t* bytes) {
+    SetLowPort(bytes[1], bytes[2]);
+}
+
+void Mpsse::ReadLowPort(const uint8_t*) {
+    answers_.Push(LowPins());
+}
+
+void Mpsse::WriteHighPort(const uint8_t* bytes) {
+    port_[1] = {bytes[1], bytes[2]};
+}
+
+void Mpsse::ReadHighPort(const uint8_t*) {
+    answers_.Push(HighPins());
+}
+
+void Mpsse::Loopback(const uint8_t* bytes) {
+    loopback_ = bytes[0] == 0x84;
+}
+
+void Mpsse::Divisor(const uint8_t* bytes) {
+    divisor_ = static_cast<uint16_t>(bytes[1] | bytes[2] << 8);
+    ApplyFrequency();
+}
+
+void Mpsse::Flush(const uint8_t*) {
+    answers_.Flush();
+}
+
+// Even codes wait for a high level, odd ones for a low one: it is there at once or never, for
+// nothing moves the pin meanwhile.
+void Mpsse::WaitForPin(const uint8_t* bytes) {
+    stalled_ = GpioL1() == ((bytes[0] & 1) != 0);
+}
+
+void Mpsse::DivideByFive(const uint8_t* bytes) {
+    divideByFive_ = bytes[0] == 0x8B;
+    ApplyFrequency();
+}
+
+// Three-phase clocking makes data valid on both edges, which changes nothing for a TAP.
+void Mpsse::ThreePhase(const uint8_t*) {}
+
+void Mpsse::ClockBits(const uint8_t* bytes) {
+    ClockOnly((bytes[1] & 7u) + 1);
+}
+
+void Mpsse::ClockBytes(const uint8_t* bytes) {
+    ClockOnly(8 * (size_t{bytes[1]} + (size_t{bytes[2]} << 8) + 1));
+}
+
+void Mpsse::Adaptive(const uint8_t* bytes) {
+    adaptive_ = bytes[0] == 0x96;
+}
+
+void Mpsse::ClockUntilPin(const uint8_t* bytes) {
+    if (GpioL1() == ((bytes[0] & 1) != 0))
+        ClockBytes(bytes);
 }
 
 } // namespace vb

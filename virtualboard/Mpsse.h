@@ -40,13 +40,35 @@ class Mpsse : public PodEngine {
     size_t ShiftBits(uint8_t command, std::span<const uint8_t> bytes);
     size_t ShiftTms(uint8_t command, std::span<const uint8_t> bytes);
     size_t Control(std::span<const uint8_t> bytes);
-    size_t HighSpeedControl(std::span<const uint8_t> bytes);
     size_t BadCommand(uint8_t command);
+
+    struct Command {
+        uint8_t code;
+        uint8_t size; // bytes, the code included
+        bool highSpeedOnly;
+        void (Mpsse::*run)(const uint8_t* bytes);
+    };
+
+    const Command* FindCommand(uint8_t code) const;
+    void WriteLowPort(const uint8_t* bytes);
+    void ReadLowPort(const uint8_t* bytes);
+    void WriteHighPort(const uint8_t* bytes);
+    void ReadHighPort(const uint8_t* bytes);
+    void Loopback(const uint8_t* bytes);
+    void Divisor(const uint8_t* bytes);
+    void Flush(const uint8_t* bytes);
+    void WaitForPin(const uint8_t* bytes);
+    void DivideByFive(const uint8_t* bytes);
+    void ThreePhase(const uint8_t* bytes);
+    void ClockBits(const uint8_t* bytes);
+    void ClockBytes(const uint8_t* bytes);
+    void Adaptive(const uint8_t* bytes);
+    void ClockUntilPin(const uint8_t* bytes);
 
     bool CycleBit(bool tms, bool tdi, uint8_t command);
     void RunBytes(uint8_t command, const uint8_t* data, size_t count);
     void ClockOnly(size_t cycles);
-    void WaitForPin(bool high);
+    bool GpioL1() const;
     void SetLowPort(uint8_t value, uint8_t direction);
     void ApplyFrequency();
 
