@@ -1,0 +1,154 @@
+// The program itself, in a process of its own under a window manager: what only those two show.
+#include "tests/support/TemporaryFolder.h"
+
+#include <array>
+#include <chrono>
+#include <cstdio>
+#include <cstdlib>
+#include <functional>
+#include <gtest/gtest.h>
+#include <signal.h>
+#include <string>
+#include <sys/wait.h>
+#include <thread>
+#include <unistd.h>
+#include <vector>
+
+namespace {
+
+using namespace std::chrono_literals;
+
+constexpr char kMainTitle[] = "^Untitled - Velmora Flash Programmer$";
+constexpr char kBoxTitle[] = "^Velmora Flash Programmer$";
+
+std::string RunShell(const std::string& command) {
+    std::string output;
+    FILE* pipe = popen((command + " 2>/dev/null").c_str(), "r");
+    std::array<char, 4096> block;
+    while (pipe && std::fgets(block.data(), block.size(), pipe))
+        output += block.data();
+    if (pipe)
+        pclose(pipe);
+    return output;
+}
+
+bool WaitUntil(const std::function<bool()>& predicate) {
+    const auto end = std::chrono::steady_clock::now() + 20s;
+    while (!predicate()) {
+        if (std::chrono::steady_clock::now() > end)
+            return false;
+        std::this_thread::sleep_for(20ms);
+    }
+    return true;
+}
+
+class Process {
+  public:
+    explicit Process(std::vector<std::string> arguments) {
+        std::vector<char*> pointers;
+        for (std::string& argument : arguments)
+            pointers.push_back(argument.data());
+        pointers.push_back(nullptr);
+        id_ = fork();
+        if (id_ == 0) {
+            execvp(pointers[0], pointers.data());
+            _exit(127);
+        }
+    }
+
+    ~Process() {
+        if (id_ > 0) {
+            kill(id_, SIGKILL);
+            waitpid(id_, nullptr, 0);
+        }
+    }
+
+    Process(const Process&) = delete;
+    Process& operator=(const Process&) = delete;
+
+    // Its exit status, or -1 if it does not end.
+    int Wait() {
+        int status = 0;
+        if (!WaitUntil([&] { return waitpid(id_, &status, WNOHANG) == id_; }))
+            return -1;
+        id_ = -1;
+        return WIFEXITED(status) ? WEXITSTATUS(status) : -1;
+    }
+
+  private:
+    pid_t id_;
+};
+
+// The id of a visible window whose title matches, empty if there is none.
+std::string FindWindowId(const std::string& title) {
+    const std::string found = RunShell("xdotool search --onlyvisible --name '" + title + "'");
+    return found.substr(0, found.find('\n'));
+}
+
+bool WaitForWindow(const std::string& title) {
+    return WaitUntil([&] { return !FindWindowId(title).empty(); });
+}
+
+void PressKey(const std::string& key) {
+    RunShell("xdotool key " + key);
+}
+
+bool IsActive(const std::string& title) {
+    return RunShell("xdotool getactivewindow") == FindWindowId(title) + "\n";
+}
+
+class Program : public testing::Test {
+  protected:
+    Program() : windowManager_({"openbox", "--sm-disable"}) {
+        EXPECT_TRUE(WaitUntil([] {
+            return RunShell("xprop -root _NET_SUPPORTING_WM_CHECK").find("window id") !=
+                   std::string::npos;
+        }));
+        setenv("XDG_CONFIG_HOME", folder_.path.c_str(), 1);
+    }
+
+    std::string GetSettings() const {
+        return ReadWholeFile(folder_.Path("Velmora Flash Programmer.conf"));
+    }
+
+    static const char* GetProgram() { return std::getenv("OM_PROGRAM"); }
+
+    TemporaryFolder folder_;
+    Process windowManager_;
+};
+
+} // namespace
+
+TEST_F(Program, WindowComesBackWhereItWasClosed) {
+    folder_.Write("Velmora Flash Programmer.conf", "x=200\ny=100\nw=600\nh=500\n");
+    Process program({GetProgram()});
+    ASSERT_TRUE(WaitForWindow(kMainTitle));
+    ASSERT_TRUE(WaitUntil([] { return IsActive(kMainTitle); }));
+    // The client area lies inside the frame that the window manager draws.
+    EXPECT_TRUE(WaitUntil([] {
+        const std::string geometry =
+            RunShell("xdotool getwindowgeometry --shell " + FindWindowId(kMainTitle));
+        return geometry.find("X=20") != std::string::npos;
+    }));
+    PressKey("alt+F4");
+    EXPECT_EQ(program.Wait(), 0);
+    const std::string settings = GetSettings();
+    EXPECT_NE(settings.find("x=200\ny=100\nw=600\nh=500\n"), std::string::npos) << settings;
+}
+
+TEST_F(Program, BoxAtStartUpStandsAboveTheWindowAndTheProgramGoesOn) {
+    Process program({GetProgram(), folder_.Path("missing.velflash")});
+    ASSERT_TRUE(WaitForWindow(kBoxTitle));
+    ASSERT_TRUE(WaitForWindow(kMainTitle));
+    char box[32];
+    std::snprintf(box, sizeof box, "0x%lx", std::stoul(FindWindowId(kBoxTitle)));
+    EXPECT_TRUE(WaitUntil([&] {
+        const std::string stack = RunShell("xprop -root _NET_CLIENT_LIST_STACKING");
+        return stack.find(box) == stack.rfind("0x"); // the last one is on top
+    }));
+    ASSERT_TRUE(WaitUntil([] { return IsActive(kBoxTitle); }));
+    PressKey("Return");
+    ASSERT_TRUE(WaitUntil([] { return FindWindowId(kBoxTitle).empty() && IsActive(kMainTitle); }));
+    PressKey("alt+F4");
+    EXPECT_EQ(program.Wait(), 0);
+}
