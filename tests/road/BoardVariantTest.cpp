@@ -100,6 +100,41 @@ TEST(Board, SetupFromAFileDrivesIt) {
     road.ExpectNoViolation();
 }
 
+// The ATmega masks TDI while its IDCODE is selected, so the device ahead of it is not seen; but it
+// is there, and takes its bits in every scan.
+TEST(Board, FlashBehindAnAtmegaIsProgrammed) {
+    const RecordingUserInterface user;
+    Road road(vb::BoardBuilder()
+                  .Set("sectors", "4x4K")
+                  .UnusedBefore(2)
+                  .Idcode(1, 0x1940503F)
+                  .Line("fault idcode-masks-tdi U2"));
+    std::vector<OmBitVector> chain;
+    bool atmelBug = false;
+    ASSERT_TRUE(road.programmer.ExamineChain(chain, atmelBug));
+    EXPECT_TRUE(atmelBug);
+    EXPECT_EQ(chain.size(), road.built.chain.size() - 1);
+    ASSERT_TRUE(road.PrepareToProgram());
+    const std::vector<uint8_t> bytes = Firmware(64, 14);
+    OmDataImage image;
+    image.SetBytes(0, bytes);
+    ASSERT_TRUE(road.programmer.ProgramFlash(road.progress, image));
+    road.ExpectContent(bytes);
+}
+
+TEST(Board, ForeignIdcodeIsAskedAboutOnce) {
+    RecordingUserInterface user;
+    Road road(vb::BoardBuilder().Devices(1).Set("sectors", "4x4K"));
+    std::string& pattern = road.programmer.setup.devices[0].bsdl->idcodes[0];
+    pattern[0] = pattern[0] == '1' ? '0' : '1'; // bit 31
+    user.Expect(L"The detected IDCODE of the Dev1 (VELTEST_IO1) device and the IDCODE from the "
+                L"specified BSDL file have different version fields.\n\n"
+                L"Ignore this warning and proceed anyway?",
+                kWarningQuestionBox, OmAnswer::Yes, L"Warning");
+    EXPECT_TRUE(road.PrepareToProgram());
+    EXPECT_TRUE(road.PrepareToProgram());
+}
+
 TEST(Board, JtagResetGivesThePinsBack) {
     const RecordingUserInterface user;
     Road road(vb::BoardBuilder().Set("sectors", "4x4K"));
