@@ -100,13 +100,13 @@ INSTANTIATE_TEST_SUITE_P(
     Ways, BoardProgram,
     testing::Values(
         ProgramCase{"AMD words", "amd16-64m", 1, Way::AmdWords, 0x4000, 16.5},
-        ProgramCase{"AMD bypass", "amd16-64m", 1, Way::AmdBypass, 0x10000, 12.5},
+        ProgramCase{"AMD bypass", "amd16-64m", 1, Way::AmdBypass, 0x8000, 12.9},
         ProgramCase{"AMD buffers", "amd16-64m", 1, Way::AmdBuffers, 0x10000, 5.1},
         ProgramCase{"AMD buffers, two chips", "amd16-64m", 2, Way::AmdBuffers, 0x4000, 4.8},
         ProgramCase{"AMD words, 8 bits", "amd8-4m", 1, Way::AmdWords, 0x2000, 19},
         ProgramCase{"AMD words, four chips", "amd8-4m", 4, Way::AmdWords, 0x4000, 15.6},
         ProgramCase{"AMD buffers, byte mode", "amd16-in-x8", 2, Way::AmdBuffers, 0x4000, 3.9},
-        ProgramCase{"AMD bypass, 32 bits", "amd32-64m", 1, Way::AmdBypass, 0x10000, 11.6},
+        ProgramCase{"AMD bypass, 32 bits", "amd32-64m", 1, Way::AmdBypass, 0x8000, 12.2},
         ProgramCase{"AMD blind", "amd16-64m", 1, Way::AmdBlind, 0x2000, 8.1, 1000000},
         ProgramCase{"Intel words", "intel16-64m", 1, Way::IntelWords, 0x4000, 14},
         ProgramCase{"Intel words, two chips", "intel8-std", 2, Way::IntelWords, 0x4000, 14},
@@ -306,13 +306,13 @@ TEST(BoardProgramming, WordsBehindABatchThatFailedArrive) {
         SCOPED_TRACE(row.bypass);
         BoardBench bench(vb::BoardBuilder().Flash("amd16-64m"), 1000000);
         bench.Chip().SetWord(kStart / 2, 0x0000); // not erased
-        const OmDataImage image = RandomImage(kStart, 0x800);
+        const OmDataImage image = RandomImage(kStart, 0x400);
         RecordingProgress progress;
         int wait = 0;
         uint32_t count = 0;
         EXPECT_EQ(AmdProgramWords(bench.bus, progress, image, row.bypass, wait, count),
                   OmFlashResult::Done);
-        const std::vector<uint8_t> contents = bench.Contents(kStart, 0x800);
+        const std::vector<uint8_t> contents = bench.Contents(kStart, 0x400);
         const std::vector<uint8_t> expected = BytesOf(image);
         EXPECT_TRUE(std::equal(contents.begin() + row.lostBytes, contents.end(),
                                expected.begin() + row.lostBytes));
