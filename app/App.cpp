@@ -22,7 +22,7 @@
 namespace {
 
 constexpr int kModernCommonControls = 600;
-constexpr uint64_t kPaintMilliseconds = 1000; // an iconised window never paints
+constexpr uint64_t kPaintMilliseconds = 5000; // an iconised window never paints
 
 // Hosts without a common controls library have nothing that could be too old.
 int GetCommonControlsVersion() {
