@@ -89,7 +89,7 @@ const char* GetPortDirectionName(OmBsdlPortDirection direction) {
 void OmBsdlData::AddAttribute(const std::string& name, const std::string& target,
                               const std::string& targetClass, const std::string& value) {
     attributes.push_back({name, target, targetClass, value});
-    if (!IsEntityAttribute(attributes.back(), "BOUNDARY_LENGTH", entity))
+    if (!cells.empty() || !IsEntityAttribute(attributes.back(), "BOUNDARY_LENGTH", entity))
         return;
     const auto length = ReadLeadingNumber<uint32_t>(value);
     if (length && *length >= 1 && *length <= kMaxRegisterLength)
@@ -147,8 +147,9 @@ const char* OmBsdlData::GetDefaultPinMapping() const {
 }
 
 void OmBsdlData::AddInstructionCode(const std::string& name, const std::string& code) {
-    std::vector<std::string>& codes = instructions[UpperCased(name)];
-    if (std::ranges::find(codes, code) == codes.end())
+    const std::string upperName = UpperCased(name);
+    std::vector<std::string>& codes = instructions[upperName];
+    if (knownCodes_.emplace(upperName, code).second)
         codes.push_back(code);
 }
 

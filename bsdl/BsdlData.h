@@ -8,8 +8,10 @@
 #include <cstdint>
 #include <map>
 #include <optional>
+#include <set>
 #include <string>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 struct OmBsdlAttribute {
@@ -75,8 +77,9 @@ class OmBsdlData {
     OmBsdlData& operator=(const OmBsdlData&) = default;
     bool operator==(const OmBsdlData&) const = default;
 
-    // Keeps an attribute. BOUNDARY_LENGTH of this entity sizes the cell table, so it must come
-    // before the cells. A length above a million is not usable and leaves the table empty.
+    // Keeps an attribute. The first BOUNDARY_LENGTH of this entity that is usable sizes the cell
+    // table, once, so it must come before the cells. A length above a million is not usable and
+    // leaves the table empty.
     void AddAttribute(const std::string& name, const std::string& target,
                       const std::string& targetClass, const std::string& value);
 
@@ -122,6 +125,10 @@ class OmBsdlData {
     std::vector<std::vector<OmBsdlCell>> cells; // by cell number; a cell can have several entries
     std::map<std::string, std::vector<std::string>> instructions; // by upper-cased name
     std::vector<std::string> idcodes; // 32 characters, bit 31 first, '0', '1' or a wildcard
+
+  private:
+    // What `instructions` holds, by name and code: a damaged file may have many thousand codes.
+    std::set<std::pair<std::string, std::string>> knownCodes_;
 };
 
 // The BSDL keyword of a function ("OUTPUT3") and back, ignoring case.

@@ -70,11 +70,33 @@ TEST(BsdlData, BoundaryLengthOutOfProportionCountsAsUnknown) {
     EXPECT_EQ(DataWithLength("99999999999999999999").GetBoundaryLength(), 0u);
 }
 
-TEST(BsdlData, SecondBoundaryLengthLeavesNoCellOfTheFirst) {
-    OmBsdlData data = DataWithLength("8");
+TEST(BsdlData, FirstUsableBoundaryLengthCounts) {
+    OmBsdlData data = DataWithLength("0");
+    data.AddAttribute("BOUNDARY_LENGTH", "CHIP", "entity", "8");
     ASSERT_TRUE(data.AddCell("1", "BC_1", "A", "output3", "X", "7", "0", "Z"));
-    data.AddAttribute("BOUNDARY_LENGTH", "CHIP", "entity", "2");
-    EXPECT_EQ(data.cells, std::vector<std::vector<OmBsdlCell>>(2));
+    for (const char* later : {"2", "1000000"}) {
+        data.AddAttribute("BOUNDARY_LENGTH", "CHIP", "entity", later);
+        EXPECT_EQ(data.cells.size(), 8u) << later;
+        EXPECT_EQ(data.cells[1].size(), 1u) << later;
+    }
+}
+
+// A table of a million cells made anew for each of them would take minutes.
+TEST(BsdlData, ManyBoundaryLengthsCostNoMoreThanOne) {
+    OmBsdlData data = DataWithLength("1000000");
+    for (int i = 0; i < 50000; ++i)
+        data.AddAttribute("BOUNDARY_LENGTH", "CHIP", "entity", "1000000");
+    EXPECT_EQ(data.GetBoundaryLength(), 1000000u);
+}
+
+// Comparing each code with all before it would take minutes.
+TEST(BsdlData, ManyCodesOfOneInstructionAreKeptOnceEach) {
+    OmBsdlData data;
+    for (int round = 0; round < 2; ++round)
+        for (int code = 100000; code < 300000; ++code)
+            data.AddInstructionCode("Many", std::to_string(code));
+    EXPECT_EQ(data.GetInstructionCodes("MANY").size(), 200000u);
+    EXPECT_EQ(data.GetInstructionCodes("MANY").back(), "299999");
 }
 
 TEST(BsdlData, AttributesAreKeptInFileOrder) {
