@@ -12,6 +12,9 @@ constexpr size_t kMaxFillerLength = 4096;
 constexpr size_t kFirstDrFillerLength = 256;
 constexpr size_t kFirstIrFillerLength = 64;
 
+// Far beyond the instruction registers of any chain that can be found.
+constexpr uint64_t kMaxChainIrBits = 1 << 20;
+
 constexpr size_t kFlatLineBits = 500;
 constexpr size_t kIdcodeBits = 32;
 
@@ -211,14 +214,14 @@ bool OmChainAnalyzer::CaptureChainIr(OmBitVector& captured) {
 bool OmChainAnalyzer::LoadInstructions(std::span<const int> kinds) {
     if (devices.empty() || kinds.size() != devices.size())
         return false;
-    size_t length = 0;
+    uint64_t length = 0;
     for (const OmChainDeviceIr& device : devices) {
-        if (device.irLength == kUnknownIrLength)
-            return false;
         length += device.irLength;
+        if (length > kMaxChainIrBits) // as with an unknown length
+            return false;
     }
     OmBitVector bits;
-    bits.reserve(length);
+    bits.reserve(static_cast<size_t>(length));
     for (size_t i = devices.size(); i-- > 0;) // what is shifted first ends up nearest TDO
         AppendInstruction(bits, devices[i], kinds[i]);
     OmBitVector ignored;

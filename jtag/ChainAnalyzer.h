@@ -44,7 +44,7 @@ class OmChainAnalyzer {
 
     // Shifts one instruction into each device: `kinds[i]` for device i, 0 for BYPASS (all ones), 1
     // to 4 for that instruction code. False, and no scan, if the table is empty, a length is
-    // unknown or `kinds` has another size.
+    // unknown or beyond all measure, or `kinds` has another size.
     bool LoadInstructions(std::span<const int> kinds);
 
     // Forwards to the HAL.

@@ -6,6 +6,13 @@
 #include <algorithm>
 #include <array>
 
+namespace {
+
+// More devices than anybody configures; a library that counts higher is not believed.
+constexpr int kMaxDevices = 1024;
+
+} // namespace
+
 OmDigilentAdept::OmDigilentAdept() {
     OmLog(L"Creating OmDigilentAdept\n");
 }
@@ -68,7 +75,7 @@ int OmDigilentAdept::GetDeviceCount() {
     ErrorCode error = 0;
     const int count = functions_.GetDevCount(&error);
     OmLog(L"Found %d DigilentAdept device(s)\n", count);
-    return std::max(count, 0);
+    return std::clamp(count, 0, kMaxDevices);
 }
 
 bool OmDigilentAdept::GetDeviceName(int index, std::string& name) {

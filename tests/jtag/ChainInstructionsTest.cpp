@@ -113,6 +113,10 @@ TEST(ChainAnalyzer, LoadInstructionsRefusesWhatItCannotPlace) {
     analyzer.devices.resize(2);
     analyzer.devices[0].irLength = 4;
     EXPECT_FALSE(analyzer.LoadInstructions(std::vector<int>{0, 0})) << "unknown length";
+    for (const uint32_t absurd : {0xFFFFFFFEU, 0x80000000U, 1000000000U, 0x00100000U}) {
+        analyzer.devices[1].irLength = absurd;
+        EXPECT_FALSE(analyzer.LoadInstructions(std::vector<int>{0, 0})) << absurd;
+    }
     analyzer.devices[1].irLength = 4;
     EXPECT_FALSE(analyzer.LoadInstructions(std::vector<int>{0})) << "too few kinds";
     EXPECT_TRUE(cable.irScans.empty());

@@ -187,6 +187,8 @@ TEST(DigilentAdept, ForwardsTheConfiguredDevices) {
     EXPECT_EQ(name, "Basys");
     library.deviceCount = -1;
     EXPECT_EQ(cable.GetDeviceCount(), 0);
+    library.deviceCount = 0x7FFFFFFF;
+    EXPECT_EQ(cable.GetDeviceCount(), 1024) << "callers ask for the name of each";
 }
 
 TEST(DigilentAdept, ForwardsTheConfigurationWindow) {
