@@ -9,6 +9,8 @@
 namespace {
 
 constexpr uint64_t kMax32 = std::numeric_limits<uint32_t>::max();
+constexpr uint64_t kMaxChipBytes = uint64_t{1} << 32;
+constexpr uint64_t kMaxSectors = uint64_t{1} << 20;
 
 // How many of the group's sectors start at or below array address `to`, given that the group
 // itself does. Worked out and not counted: a group may hold four billion sectors.
@@ -51,6 +53,10 @@ uint64_t OmFlashSectorLayout::GetSizeBytes() const {
     for (const OmSectorGroup& group : groups)
         size += uint64_t{group.Count} * group.Size;
     return size;
+}
+
+bool OmFlashSectorLayout::FitsAChip() const {
+    return GetSectorCount() <= kMaxSectors && GetSizeBytes() <= kMaxChipBytes;
 }
 
 void OmFlashSectorLayout::GetSectorRange(uint32_t chips, uint32_t from, uint32_t to,

@@ -28,6 +28,10 @@ class OmFlashSectorLayout {
     // Bytes of one chip in all groups.
     uint64_t GetSizeBytes() const;
 
+    // False if no chip can have such a layout: its addresses would not fit 32 bits, or it has more
+    // sectors than could ever be listed. For layouts from outside.
+    bool FitsAChip() const;
+
     // The run of sector indexes touching the array bytes `from` to `to` (both included); `count` is
     // 0 if there is none, and then `first` is undefined.
     void GetSectorRange(uint32_t chips, uint32_t from, uint32_t to, uint32_t& first,

@@ -15,13 +15,11 @@ namespace {
 
 constexpr size_t kMaxBusPins = 32;
 
-// Beyond these a layout belongs to no chip: its addresses would not fit 32 bits, or a list of its
-// sectors would not fit a window.
-constexpr uint64_t kMaxChipBytes = uint64_t{1} << 32;
-constexpr uint64_t kMaxSectors = uint64_t{1} << 20;
-
 // The longest IRs of real devices have some hundred bits; a scan is made of every bit.
 constexpr int32_t kMaxIRLength = 1 << 16;
+
+// No longer chain can be examined; working out IR lengths takes time for every bit and device.
+constexpr size_t kMaxCaptureLength = 4096;
 
 constexpr int32_t kMaxInt = std::numeric_limits<int32_t>::max();
 
@@ -113,7 +111,9 @@ void LoadDevice(const wxXmlNode& node, std::unique_ptr<OmBsdlData> data, OmChain
 
 void LoadChain(const wxXmlNode& chain, const Numbered& nodes, BsdlByPosition& allData,
                OmDesignSetup& setup) {
-    const OmBitVector capture = BitsFromText(GetWide(chain, "IRCapture"));
+    OmBitVector capture = BitsFromText(GetWide(chain, "IRCapture"));
+    if (capture.size() > kMaxCaptureLength)
+        capture.clear();
     setup.SetChainDevices(std::vector<OmBitVector>(nodes.size()), capture);
     for (const auto& [position, node] : nodes)
         LoadDevice(*node, std::move(allData[position]),
@@ -198,15 +198,13 @@ OmFlashSectorLayout LoadSectors(const wxXmlNode& root) {
         return {};
     OmFlashSectorLayout sectors;
     for (const auto& [position, group] : *nodes) {
-        const auto count = GetNumber(*group, "Count", 1, kMaxSectors);
+        const auto count = GetNumber(*group, "Count", 1, std::numeric_limits<uint32_t>::max());
         const auto size = GetNumber(*group, "Size", 1, std::numeric_limits<uint32_t>::max());
         if (!count || !size)
             return {};
         sectors.groups.push_back({static_cast<uint32_t>(*count), static_cast<uint32_t>(*size)});
     }
-    const bool possible =
-        sectors.GetSectorCount() <= kMaxSectors && sectors.GetSizeBytes() <= kMaxChipBytes;
-    return possible ? sectors : OmFlashSectorLayout();
+    return sectors.FitsAChip() ? sectors : OmFlashSectorLayout();
 }
 
 } // namespace

@@ -184,6 +184,15 @@ TEST_F(SetupReader, BitTextsReadTheLastCharacterFirst) {
     EXPECT_EQ(setup_.devices[0].Idcode, (OmBitVector{'Z', 0, 1}));
 }
 
+TEST_F(SetupReader, CaptureLongerThanAnyChainIsDropped) {
+    for (const size_t length : {size_t{4096}, size_t{4097}}) {
+        ASSERT_TRUE(Load(Root("<Chain IRCapture='" + std::string(length, '1') +
+                                  "'><Device PosInChain='1'/></Chain>",
+                              kPins, kFlash)));
+        EXPECT_EQ(setup_.irCapture.size(), length == 4096 ? length : 0);
+    }
+}
+
 TEST_F(SetupReader, LengthsAreResolvedFromTheCaptureBesideTheKnownOnes) {
     ASSERT_TRUE(Load(Root("<Chain IRCapture='000010100001'><Device PosInChain='1'/>"
                           "<Device PosInChain='2' IRLen='5'/></Chain>",
