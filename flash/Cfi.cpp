@@ -195,6 +195,8 @@ bool FindSectorsInCfi(std::span<const OmCfiBuffer> chips, OmFlashSectorLayout& s
     if (found.front().layout.IsEmpty() &&
         !allAre([](const ChipSectors& chip) { return chip.noRegions; }))
         return false;
+    if (!found.front().layout.FitsAChip())
+        return false;
     sectors = found.front().layout;
     return true;
 }

@@ -58,5 +58,6 @@ struct OmCfiFindings {
 // What all chips agree on.
 OmCfiFindings FindCommandSetInCfi(std::span<const OmCfiBuffer> chips);
 
-// The erase regions, if all chips give the same; true also if all say that they have none.
+// The erase regions, if all chips give the same and a chip can have them; true also if all say that
+// they have none.
 bool FindSectorsInCfi(std::span<const OmCfiBuffer> chips, OmFlashSectorLayout& sectors);

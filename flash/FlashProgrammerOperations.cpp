@@ -47,6 +47,10 @@ bool OmFlashProgrammer::ReadFlash(OmProgressCallback& callback, uint32_t start, 
 
 namespace {
 
+// A flash is free to get less in one command than its buffer takes. Real buffers are smaller; one
+// of gigabytes, which a damaged CFI table may claim, would be laid out in full.
+constexpr uint32_t kMaxWordsPerBlock = 4096;
+
 // What one command set needs for a program action.
 struct ProgramJob {
     OmBoundaryScanBus& bus;
@@ -141,9 +145,12 @@ bool OmFlashProgrammer::ProgramFlash(OmProgressCallback& callback, const OmDataI
         OmBoundaryScanBus bus;
         OpenBus(bus);
         const auto wordSize = static_cast<uint32_t>(setup.WordSize);
-        ProgramJob job{
-            bus,      callback, image, setup.UseUnlockBypass, std::max(bufferBytes / wordSize, 1U),
-            waitScans};
+        ProgramJob job{bus,
+                       callback,
+                       image,
+                       setup.UseUnlockBypass,
+                       std::clamp(bufferBytes / wordSize, 1U, kMaxWordsPerBlock),
+                       waitScans};
         return ReportProgram(callback,
                              setup.DontCheckStatus ? method->blind(job) : method->withStatus(job));
     });

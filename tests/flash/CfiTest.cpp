@@ -207,6 +207,10 @@ TEST(Cfi, SectorsAreTakenIfAllChipsGiveTheSame) {
     const OmCfiBuffer uniform = Table{.regions = {{127, 0x100}}}.Bytes();
     const OmCfiBuffer bulk = Table{}.Bytes(); // no region: erases as a whole
     const OmCfiBuffer none;
+    std::vector<Region> many; // 16 million sectors of 128 and 256 bytes
+    for (uint16_t region = 0; region < 255; ++region)
+        many.push_back({0xFFFF, static_cast<uint16_t>(region % 2)});
+    const OmCfiBuffer manySectors = Table{.primaryTable = 0x500, .regions = many}.Bytes();
 
     const struct {
         const char* what;
@@ -225,9 +229,18 @@ TEST(Cfi, SectorsAreTakenIfAllChipsGiveTheSame) {
         {"no regions on one", {bulk, uniform}, false, {}},
         {"size field 0", {Table{.regions = {{0, 0}}}.Bytes()}, true, Layout({{1, 128}})},
         {"largest counts",
-         {Table{.regions = {{0xFFFF, 0xFFFF}}}.Bytes()},
+         {Table{.regions = {{0xFFFF, 0xFF}}}.Bytes()},
          true,
-         Layout({{0x10000, 0xFFFF00}})},
+         Layout({{0x10000, 0xFF00}})},
+        {"largest sizes",
+         {Table{.regions = {{0xFF, 0xFFFF}}}.Bytes()},
+         true,
+         Layout({{0x100, 0xFFFF00}})},
+        {"more than 32 bits of addresses reach",
+         {Table{.regions = {{0xFFFF, 0x101}}}.Bytes()},
+         false,
+         {}},
+        {"more sectors than could be listed", {manySectors}, false, {}},
         {"table too short for its regions",
          {Table{.primaryTable = 0x34, .regions = {{7, 0x20}, {126, 0x100}}}.Bytes()},
          false,

@@ -138,6 +138,15 @@ TEST_F(Operations, BufferOfLessThanAWordProgramsSingleWords) {
     EXPECT_EQ(target.Content(4), (Bytes{1, 2, 3, 4}));
 }
 
+TEST_F(Operations, BufferOfGigabytesIsNotLaidOut) {
+    for (const OmCommandSet set : {OmCommandSet::IntelExtended, OmCommandSet::AmdBuffered}) {
+        Ready(set);
+        programmer.bufferBytes = 0x80000000;
+        EXPECT_TRUE(programmer.ProgramFlash(progress, ImageOf(0, {1, 2, 3, 4})));
+        EXPECT_EQ(target.Content(4), (Bytes{1, 2, 3, 4}));
+    }
+}
+
 TEST_F(Operations, ProgramOfAnUnknownFlashDoesNothing) {
     Ready(OmCommandSet::AmdWord);
     programmer.commandSet = OmCommandSet::Unknown;
