@@ -53,6 +53,7 @@ bool OmParallelCable::Initialize(uint32_t port, uint32_t wantedFrequency) {
     frequency = wantedFrequency;
     halfPeriod = HalfPeriodOf(frequency);
     if (!InitParallelPort()) {
+        LogRefusal();
         OmLog(L"InitParallelPort() failed\n");
         return false;
     }
@@ -75,6 +76,13 @@ bool OmParallelCable::InitParallelPort() {
     uint8_t control = 0;
     return ReadPort(kControl, control) &&
            WritePort(kControl, static_cast<uint8_t>(control & ~kBidirectionalData));
+}
+
+// The first access to the port is where the system may refuse it to the user.
+void OmParallelCable::LogRefusal() {
+    const std::wstring reason = driver->RefusalReason();
+    if (!reason.empty())
+        OmLog(L"*** FAILED *** (%ls)\n", reason.c_str());
 }
 
 bool OmParallelCable::ReadPort(uint16_t offset, uint8_t& value) {

@@ -59,6 +59,7 @@ class OmParallelCable : public OmCable, public OmJtagHAL {
   private:
     bool OpenDriver();
     bool InitParallelPort();
+    void LogRefusal();
     void Drive(bool tck, bool tms, bool tdi);
     bool DriveAndRead(bool tck, bool tms, bool tdi);
     void Cycle(bool tms, bool tdi);

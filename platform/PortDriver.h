@@ -22,6 +22,10 @@ class OmPortDriver {
     // refuses the call; `out` is then undefined.
     virtual bool Control(uint32_t code, std::span<const uint8_t> in, std::span<uint8_t> out,
                          size_t& returned) = 0;
+
+    // What a user can do something about, if that was why the last call was refused; otherwise
+    // empty.
+    virtual std::wstring RefusalReason() const { return {}; }
 };
 
 class OmPortDriverOpener {

@@ -1,6 +1,10 @@
 #include "platform/posix/Parport.h"
 
+#include "platform/Text.h"
+
 #include <array>
+#include <cerrno>
+#include <cstring>
 #include <fcntl.h>
 #include <fstream>
 #include <linux/ppdev.h>
@@ -32,18 +36,20 @@ class Device {
     Device(const Device&) = delete;
     Device& operator=(const Device&) = delete;
 
-    bool Claim(const std::string& path) {
+    // Empty if the device is claimed, otherwise why it is not.
+    std::wstring Claim(const std::string& path) {
         if (descriptor_ >= 0)
-            return true;
+            return {};
         const int opened = open(path.c_str(), O_RDWR | O_CLOEXEC);
         if (opened < 0)
-            return false;
+            return WhyNotOpen(path, errno);
         if (ioctl(opened, PPCLAIM) != 0) {
+            const int error = errno;
             close(opened);
-            return false;
+            return L"cannot claim " + FromLocal(path + ": " + std::strerror(error));
         }
         descriptor_ = opened;
-        return true;
+        return {};
     }
 
     bool Read(Register from, uint8_t& value) const {
@@ -59,6 +65,14 @@ class Device {
     }
 
   private:
+    // Distributions leave these devices to a group.
+    static std::wstring WhyNotOpen(const std::string& path, int error) {
+        if (error == EACCES || error == EPERM)
+            return L"no permission to open " + FromLocal(path) +
+                   L": add the user to the group that owns it";
+        return L"cannot open " + FromLocal(path + ": " + std::strerror(error));
+    }
+
     // The kernel keeps the data direction apart from the control lines.
     bool WriteControl(uint8_t value) const {
         int reverse = (value & kReverseData) ? 1 : 0;
@@ -78,6 +92,7 @@ class Parport : public OmPortDriver {
     bool Control(uint32_t code, std::span<const uint8_t> in, std::span<uint8_t> out,
                  size_t& returned) override {
         returned = 0;
+        reason_.clear();
         switch (code) {
         case kPortRead:
             return in.size() == 2 && !out.empty() && Read(in, out[0]) && (returned = 1);
@@ -89,6 +104,8 @@ class Parport : public OmPortDriver {
             return false;
         }
     }
+
+    std::wstring RefusalReason() const override { return reason_; }
 
   private:
     // 0 for a port that does not exist or has no I/O address (one on USB, for example).
@@ -119,7 +136,8 @@ class Parport : public OmPortDriver {
                 continue;
             which = static_cast<Register>(wanted - base);
             Device& device = ports_[port];
-            return device.Claim(devices_ + "/parport" + std::to_string(port)) ? &device : nullptr;
+            reason_ = device.Claim(devices_ + "/parport" + std::to_string(port));
+            return reason_.empty() ? &device : nullptr;
         }
         return nullptr;
     }
@@ -140,6 +158,7 @@ class Parport : public OmPortDriver {
     std::string devices_;
     std::array<uint16_t, kPortCount> bases_{}; // 0 until found, so that a scan reads no tables
     std::array<Device, kPortCount> ports_;
+    std::wstring reason_; // of the last call's refusal, empty if there is nothing to tell
 };
 
 } // namespace

@@ -26,6 +26,7 @@ class FakePortDriver : public OmPortDriverOpener {
         int failAtCall = -1;        // counted from 0 over all control calls
         size_t enumerationSize = 6; // what the enumeration says it gave
         size_t readSize = 1;
+        std::wstring refusalReason;
     };
 
     FakePortDriver() : state(std::make_shared<State>()), previous_(SetPortDriverOpener(this)) {}
@@ -69,6 +70,8 @@ class FakePortDriver : public OmPortDriverOpener {
                 return Write(AddressOf(in), in[2]);
             return false;
         }
+
+        std::wstring RefusalReason() const override { return state_->refusalReason; }
 
       private:
         void Note(const char* format, unsigned address, unsigned value) {

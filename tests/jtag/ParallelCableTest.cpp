@@ -219,6 +219,18 @@ TEST(ParallelCable, EachFailedCallOfTheSetUpIsReported) {
     }
 }
 
+TEST(ParallelCable, SystemThatRefusesThePortIsNamed) {
+    FakePortDriver port;
+    port->failAtCall = 1; // the first access, behind the enumeration
+    port->refusalReason = L"no permission to open /dev/parport0";
+    OmWiggler cable;
+    LogCollector log;
+    EXPECT_FALSE(cable.Initialize(0, 200000));
+    EXPECT_EQ(log.text, L"Initializing OmParallelCable (0 LPT, 200000 Hz)\n"
+                        L"*** FAILED *** (no permission to open /dev/parport0)\n"
+                        L"InitParallelPort() failed\n");
+}
+
 TEST(ParallelCable, InitializingAgainOpensTheDriverAnew) {
     OpenXilinx pod;
     EXPECT_TRUE(pod.cable.Initialize(0, 1000));
