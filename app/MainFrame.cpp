@@ -9,6 +9,7 @@
 #include "app/WindowGeometry.h"
 #include "flash/FlashProgrammer.h"
 #include "jtag/ConnectionSettings.h"
+#include "jtag/StaticPinsSchemes.h"
 #include "platform/Paths.h"
 #include "platform/UserInterface.h"
 
@@ -112,6 +113,7 @@ OmMainFrame::~OmMainFrame() {
     hexView_->SetDataImage(nullptr);
     SetCurrentHelpViewer(nullptr);
     SaveConnectionSettings(OmFlashProgrammer::GetInstance().settings);
+    SaveUsedStaticPinsSchemes();
     SaveRecentFiles();
     StoreWindowGeometry(GetRect(), IsMaximized());
     manager_.UnInit();

@@ -17,6 +17,24 @@ Control& Find(wxWindow& dialog, const wxString& label) {
     return *control;
 }
 
+// Behind in the order of the keyboard.
+template <typename Control>
+Control& FindBehind(wxWindow& dialog, const wxString& label) {
+    bool passed = false;
+    Control* found = nullptr;
+    ForEachDescendant(dialog, [&](wxWindow& window) {
+        if (!window.IsShownOnScreen())
+            return;
+        auto* candidate = dynamic_cast<Control*>(&window);
+        if (candidate && passed && !found)
+            found = candidate;
+        passed |= !dynamic_cast<wxTextCtrl*>(&window) && window.GetLabel() == label;
+    });
+    if (!found)
+        throw std::runtime_error("no control behind: " + label.ToStdString());
+    return *found;
+}
+
 void ExpectUsable(const wxWindow& window, const wxString& label) {
     EXPECT_TRUE(window.IsThisEnabled()) << label.ToStdString() << " is disabled";
 }
@@ -65,17 +83,25 @@ bool ShowsWholeLabel(wxWindow& window) {
 } // namespace
 
 wxTextCtrl& BoxBehind(wxWindow& dialog, const wxString& label) {
-    bool passed = false;
-    wxTextCtrl* box = nullptr;
-    ForEachDescendant(dialog, [&](wxWindow& window) {
-        auto* candidate = dynamic_cast<wxTextCtrl*>(&window);
-        if (candidate && passed && !box)
-            box = candidate;
-        passed |= !candidate && window.GetLabel() == label;
-    });
-    if (!box)
-        throw std::runtime_error("no text box behind: " + label.ToStdString());
-    return *box;
+    return FindBehind<wxTextCtrl>(dialog, label);
+}
+
+wxChoice& ChoiceBehind(wxWindow& dialog, const wxString& label) {
+    return FindBehind<wxChoice>(dialog, label);
+}
+
+void Choose(wxWindow& dialog, const wxString& label, const wxString& entry) {
+    wxChoice& choice = ChoiceBehind(dialog, label);
+    ExpectUsable(choice, label);
+    EXPECT_TRUE(choice.SetStringSelection(entry)) << "no entry " << entry.ToStdString();
+    SendCommand(choice, wxEVT_CHOICE, choice.GetSelection());
+}
+
+std::vector<std::string> EntriesOf(const wxChoice& choice) {
+    std::vector<std::string> entries;
+    for (const wxString& entry : choice.GetStrings())
+        entries.push_back(entry.ToStdString());
+    return entries;
 }
 
 void Type(wxWindow& dialog, const wxString& label, const wxString& text) {

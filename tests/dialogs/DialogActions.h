@@ -5,17 +5,26 @@
 #include "tests/windows/support/UserActions.h"
 
 #include <string>
+#include <vector>
 #include <wx/string.h>
 
 class wxCheckBox;
+class wxChoice;
 class wxListBox;
 class wxListCtrl;
 class wxRadioButton;
 class wxTextCtrl;
 class wxWindow;
 
-// The first text box behind the control with this label; fails the test if there is none.
+// The first text box, or choice, that can be seen behind the control with this label.
 wxTextCtrl& BoxBehind(wxWindow& dialog, const wxString& label);
+
+wxChoice& ChoiceBehind(wxWindow& dialog, const wxString& label);
+
+// Chooses an entry.
+void Choose(wxWindow& dialog, const wxString& label, const wxString& entry);
+
+std::vector<std::string> EntriesOf(const wxChoice& choice);
 
 // Types into the first text box behind the control with this label.
 void Type(wxWindow& dialog, const wxString& label, const wxString& text);

@@ -1,0 +1,24 @@
+#include "jtag/CableSettingsDlg.h"
+
+#include "dialogs/DialogLayout.h"
+#include "jtag/CableSettingsPanel.h"
+
+OmCableSettingsDlg::OmCableSettingsDlg(wxWindow* parent)
+    : wxDialog(parent, wxID_ANY, _("JTAG Connection")), panel_(new OmCableSettingsPanel(this)) {
+    auto* column = new wxBoxSizer(wxVERTICAL);
+    column->Add(panel_, wxSizerFlags(1).Expand());
+    LayOutDialog(this, column, MakeOkCancelRow(this, _("&OK")));
+}
+
+bool OmCableSettingsDlg::TransferDataToWindow() {
+    panel_->SetSettings(settings);
+    return panel_->TransferDataToWindow();
+}
+
+bool OmCableSettingsDlg::TransferDataFromWindow() {
+    if (!panel_->TransferDataFromWindow())
+        return false;
+    settings = panel_->GetSettings();
+    adaptiveWarningAnswered = panel_->IsAdaptiveWarningAnswered();
+    return true;
+}

@@ -1,0 +1,128 @@
+#include "jtag/JLinkPages.h"
+
+#include "dialogs/NumberParsing.h"
+#include "jtag/FrequencyText.h"
+#include "jtag/JLink.h"
+#include "platform/Text.h"
+
+#include <wx/choice.h>
+#include <wx/textctrl.h>
+
+namespace {
+
+constexpr int32_t kMinFrequency = 1000;
+constexpr int32_t kMaxFrequency = 12000000;
+constexpr uint32_t kMaxTcpPort = 65535;
+
+const char* const kFrequencies[] = {
+    "12 MHz",  "9.6 MHz", "8 MHz",   "6 MHz",   "4 MHz",   "3 MHz",   "2 MHz",
+    "1 MHz",   "750 KHz", "600 KHz", "500 KHz", "400 KHz", "300 KHz", "200 KHz",
+    "150 KHz", "100 KHz", "50 KHz",  "25 KHz",  "10 KHz",  "5 KHz",   "1 KHz",
+};
+
+const char* const kDevices[] = {"J-Link 0 (default)", "J-Link 1", "J-Link 2", "J-Link 3"};
+
+template <size_t N>
+wxArrayString ToArray(const char* const (&entries)[N]) {
+    return wxArrayString(N, const_cast<const char**>(entries));
+}
+
+int32_t ReadFrequency(const wxChoice& choice) {
+    return ParseFrequency(choice.GetStringSelection().ToStdWstring(), kMinFrequency, kMaxFrequency);
+}
+
+// A value that the list does not have comes from elsewhere: the next lower one is safe.
+void SelectFrequency(wxChoice& choice, int32_t hertz) {
+    for (const char* entry : kFrequencies)
+        if (ParseFrequency(wxString(entry).ToStdWstring(), 0, kMaxFrequency) <= hertz) {
+            choice.SetStringSelection(entry);
+            return;
+        }
+}
+
+bool CheckLibrary(wxString& error) {
+    if (OmJLink().Load())
+        return true;
+    error = _("ERROR: failed to load JLinkARM.dll.");
+    return false;
+}
+
+} // namespace
+
+OmJLinkUsbPage::OmJLinkUsbPage(wxWindow* parent) : OmCablePage(parent) {
+    BeginRow(_("Device:"));
+    device_ = MakeChoice(ToArray(kDevices));
+    EndRow(device_);
+    BeginRow(_("TCK freq:"));
+    frequency_ = MakeChoice(ToArray(kFrequencies));
+    EndRow(frequency_);
+}
+
+bool OmJLinkUsbPage::Check(const OmConnectionSettings&, wxString& error) {
+    return CheckLibrary(error);
+}
+
+void OmJLinkUsbPage::ShowSettings(const OmConnectionSettings& settings) {
+    device_->SetSelection(settings.jlinkUsbNumber);
+    SelectFrequency(*frequency_, settings.jlinkUsbFrequency);
+}
+
+bool OmJLinkUsbPage::Read(OmConnectionSettings& settings, bool isShown) {
+    if (device_->GetSelection() != wxNOT_FOUND)
+        settings.jlinkUsbNumber = device_->GetSelection();
+    const int32_t frequency = ReadFrequency(*frequency_);
+    if (frequency < 0)
+        return Refuse(isShown, *frequency_, "");
+    settings.jlinkUsbFrequency = frequency;
+    return true;
+}
+
+OmJLinkIpPage::OmJLinkIpPage(wxWindow* parent) : OmCablePage(parent) {
+    BeginRow(_("Host:"));
+    host_ = new wxTextCtrl(this, wxID_ANY);
+    EndRow(host_);
+    BeginRow(_("Port:"));
+    port_ = new wxTextCtrl(this, wxID_ANY);
+    EndRow(port_);
+    BeginRow(_("TCK freq:"));
+    frequency_ = MakeChoice(ToArray(kFrequencies));
+    EndRow(frequency_);
+}
+
+bool OmJLinkIpPage::Check(const OmConnectionSettings&, wxString& error) {
+    return CheckLibrary(error);
+}
+
+void OmJLinkIpPage::ShowSettings(const OmConnectionSettings& settings) {
+    host_->ChangeValue(FromLocal(settings.jlinkIpHost));
+    port_->ChangeValue(wxString::Format("%d", settings.jlinkIpPort));
+    SelectFrequency(*frequency_, settings.jlinkIpFrequency);
+}
+
+bool OmJLinkIpPage::ReadHost(OmConnectionSettings& settings, bool isShown) {
+    const std::wstring host = TrimText(host_->GetValue().ToStdWstring());
+    if (host.empty())
+        return Refuse(isShown, *host_, _("Please specify a host name or IP address."));
+    settings.jlinkIpHost = ToLocal(host);
+    return true;
+}
+
+bool OmJLinkIpPage::ReadPort(OmConnectionSettings& settings, bool isShown) {
+    const std::optional<uint32_t> port = ParseDecimal(port_->GetValue().ToStdWstring());
+    if (!port || *port > kMaxTcpPort)
+        return Refuse(isShown, *port_,
+                      _("TCP/IP port must be in a range from 0 to 65535. The default port for "
+                        "Segger J-Link TCP/IP server is 19020."));
+    settings.jlinkIpPort = static_cast<int32_t>(*port);
+    return true;
+}
+
+bool OmJLinkIpPage::Read(OmConnectionSettings& settings, bool isShown) {
+    if (!ReadHost(settings, isShown) || !ReadPort(settings, isShown))
+        return false;
+    const int32_t frequency = ReadFrequency(*frequency_);
+    if (frequency < 0)
+        return Refuse(isShown, *frequency_, "");
+    settings.jlinkIpFrequency = frequency;
+    return true;
+}

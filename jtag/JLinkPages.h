@@ -1,0 +1,36 @@
+// The connection settings of a J-Link on USB, and of one behind a TCP/IP server.
+#pragma once
+
+#include "jtag/CablePage.h"
+
+class wxTextCtrl;
+
+class OmJLinkUsbPage : public OmCablePage {
+  public:
+    explicit OmJLinkUsbPage(wxWindow* parent);
+
+    bool Check(const OmConnectionSettings& settings, wxString& error) override;
+    void ShowSettings(const OmConnectionSettings& settings) override;
+    bool Read(OmConnectionSettings& settings, bool isShown) override;
+
+  private:
+    wxChoice* device_;
+    wxChoice* frequency_;
+};
+
+class OmJLinkIpPage : public OmCablePage {
+  public:
+    explicit OmJLinkIpPage(wxWindow* parent);
+
+    bool Check(const OmConnectionSettings& settings, wxString& error) override;
+    void ShowSettings(const OmConnectionSettings& settings) override;
+    bool Read(OmConnectionSettings& settings, bool isShown) override;
+
+  private:
+    bool ReadHost(OmConnectionSettings& settings, bool isShown);
+    bool ReadPort(OmConnectionSettings& settings, bool isShown);
+
+    wxTextCtrl* host_;
+    wxTextCtrl* port_;
+    wxChoice* frequency_;
+};

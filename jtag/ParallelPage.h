@@ -1,0 +1,20 @@
+// The connection settings of the parallel-port cables.
+#pragma once
+
+#include "jtag/CablePage.h"
+
+class wxTextCtrl;
+
+class OmParallelPage : public OmCablePage {
+  public:
+    explicit OmParallelPage(wxWindow* parent);
+
+    bool Check(const OmConnectionSettings& settings, wxString& error) override;
+    void ShowSettings(const OmConnectionSettings& settings) override;
+    bool Read(OmConnectionSettings& settings, bool isShown) override;
+
+  private:
+    wxChoice* port_;
+    wxTextCtrl* frequency_;
+    bool filled_ = false; // ports do not come and go
+};
