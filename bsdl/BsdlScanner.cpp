@@ -15,6 +15,10 @@
 namespace {
 
 constexpr int kFileBufferSize = 16384;
+// Several times the largest that vendors publish. A token of gigabytes would end the program, and
+// the tokens of a file take many times its size.
+constexpr int64_t kMaxFileSize = 32 * 1024 * 1024;
+
 constexpr const char* kOutOfMemory = "memory allocation error";
 
 struct FileCloser {
@@ -76,7 +80,7 @@ std::unique_ptr<OmScannerFrame> TakeTopFrame() {
 // pipe waits for a writer, which may never come.
 FileHandle OpenForReading(const char* path) {
     struct stat status = {};
-    if (stat(path, &status) != 0 || !S_ISREG(status.st_mode))
+    if (stat(path, &status) != 0 || !S_ISREG(status.st_mode) || status.st_size > kMaxFileSize)
         return nullptr;
     return FileHandle(std::fopen(path, "r"));
 }

@@ -11,8 +11,8 @@
 // Hears of inputs that cannot be opened or pushed, and of exhausted memory.
 void SetScannerErrorFunction(std::function<void(const char*)> function);
 
-// Makes the file the bottom of the stack. 0; -1 if it cannot be opened; -2 if there is an input
-// already; -3 if memory is exhausted. -1 and -3 are reported.
+// Makes the file the bottom of the stack. 0; -1 if it cannot be opened or is beyond 32 MiB; -2 if
+// there is an input already; -3 if memory is exhausted. -1 and -3 are reported.
 int OpenScannerFile(const char* path);
 
 // Reads a copy of `text` before the present input goes on; `line` counts from there in messages. 0;

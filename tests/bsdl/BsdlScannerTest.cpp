@@ -294,6 +294,16 @@ TEST_F(BsdlScanner, InputThatIsPoppedIsNotReadOn) {
     EXPECT_EQ(Next(), (Token{301, "b"}));
 }
 
+// A token of gigabytes would end the program; a file with holes takes no room on the disk.
+TEST_F(BsdlScanner, FileBeyondAnySizeOfBsdlIsNotRead) {
+    const std::string huge = folder.Write("huge.bsd", "entity");
+    std::filesystem::resize_file(huge, 32 * 1024 * 1024 + 1);
+    EXPECT_EQ(OpenScannerFile(huge.c_str()), -1);
+    EXPECT_EQ(errors, std::vector<std::string>{"failed to open file '" + huge + "'"});
+    std::filesystem::resize_file(huge, 32 * 1024 * 1024);
+    EXPECT_EQ(OpenScannerFile(huge.c_str()), 0);
+}
+
 TEST_F(BsdlScanner, MissingFileIsReported) {
     const std::string missing = folder.Path("none.bsd");
     EXPECT_EQ(OpenScannerFile(missing.c_str()), -1);
