@@ -12,6 +12,7 @@ OmCableSettingsDlg::OmCableSettingsDlg(wxWindow* parent)
 
 bool OmCableSettingsDlg::TransferDataToWindow() {
     panel_->SetSettings(settings);
+    panel_->SetFocus(); // its first control, the choice of the connection
     return panel_->TransferDataToWindow();
 }
 
