@@ -100,6 +100,7 @@ class NullLibrary : public OmSharedLibrary {
             {"FT_SetUSBParameters", Export(SetNumbers)},
             {"FT_Purge", Export(SetNumber)},
             {"FT_SetLatencyTimer", Export(SetByte)},
+            {"FT_SetBaudRate", Export(SetNumber)},
             {"FT_SetBitMode", Export(SetBytes)},
             {"FT_GetQueueStatus", Export(GetQueueStatus)},
             {"FT_Write", Export(Write)},

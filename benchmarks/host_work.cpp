@@ -2,10 +2,11 @@
 // commands and decoding what comes back. The wire is the limit of the program's speed as long as
 // this stays below a tenth of a scan's time on it: 3 us for 1,000 bits at 30 MHz TCK.
 
-#include "benchmarks/NullD2xx.h"
-#include "jtag/Ftd2xx.h"
+#include "benchmarks/NullVendors.h"
+#include "jtag/CableFactory.h"
 
 #include <benchmark/benchmark.h>
+#include <memory>
 
 namespace {
 
@@ -18,12 +19,14 @@ OmBitVector MakeRegister(size_t bits) {
 }
 
 // `state.range(0)` bits a scan, every `state.range(1)`-th one captured (0: none).
-void ScanBatch(benchmark::State& state) {
+void ScanBatch(benchmark::State& state, OmCableType type) {
     constexpr size_t kBatch = 400;
-    null_d2xx::NullLoader loader;
-    OmFtd2xx cable;
-    bool isHighSpeed = false;
-    if (!cable.Initialize("A", "", 30000000, false, 0x051B, 0x010A, isHighSpeed)) {
+    null_vendors::Loader loader;
+    OmConnectionSettings settings;
+    settings.cableType = type;
+    settings.usbBlasterDescription = "A";
+    const std::unique_ptr<OmCable> cable = CreateCable(settings);
+    if (!cable) {
         state.SkipWithError("the null library does not open");
         return;
     }
@@ -35,19 +38,24 @@ void ScanBatch(benchmark::State& state) {
         for (size_t i = 0; i < kBatch; ++i)
             vectors.push_back({levels, every != 0 && i % every == 0});
         OmCapturedList captured;
-        cable.ScanVectors(vectors, &captured);
+        cable->GetJtagHAL()->ScanVectors(vectors, &captured);
         benchmark::DoNotOptimize(captured);
     }
     state.counters["per_scan"] = benchmark::Counter(
         kBatch, benchmark::Counter::kIsIterationInvariantRate | benchmark::Counter::kInvert);
 }
 
-BENCHMARK(ScanBatch)
-    ->ArgNames({"bits", "capture_every"})
-    ->Args({1000, 0})
-    ->Args({1000, 4})
-    ->Args({1000, 1})
-    ->Args({10000, 1});
+void EachKind(benchmark::internal::Benchmark* benchmark) {
+    benchmark->ArgNames({"bits", "capture_every"});
+    for (const int64_t every : {0, 4, 1})
+        benchmark->Args({1000, every});
+    benchmark->Args({10000, 1});
+}
+
+BENCHMARK_CAPTURE(ScanBatch, ftd2xx, OmCableType::Ftd2xx)->Apply(EachKind);
+BENCHMARK_CAPTURE(ScanBatch, usb_blaster, OmCableType::AlteraUsbBlaster)->Apply(EachKind);
+BENCHMARK_CAPTURE(ScanBatch, jlink, OmCableType::JLinkUsb)->Apply(EachKind);
+BENCHMARK_CAPTURE(ScanBatch, digilent, OmCableType::DigilentAdept)->Apply(EachKind);
 
 } // namespace
 

@@ -32,7 +32,11 @@ class OmTmsTdiPairs {
 
     // Bits with TMS low, but for the last one, which leaves the Shift state.
     void PutBits(std::span<const uint8_t> bits) {
-        for (const uint8_t bit : bits.first(bits.size() - 1))
+        std::span<const uint8_t> body = bits.first(bits.size() - 1);
+        for (; !body.empty() && count_ % 4 != 0; body = body.subspan(1))
+            Put(false, body[0] == 1);
+        PutFours(body);
+        for (const uint8_t bit : body.last(body.size() % 4))
             Put(false, bit == 1);
         Put(true, bits.back() == 1);
     }
@@ -42,6 +46,20 @@ class OmTmsTdiPairs {
     std::span<const uint8_t> Bytes() const { return bytes_; }
 
   private:
+    // As many whole bytes as `bits` fill, with TMS low, from the start of a byte.
+    void PutFours(std::span<const uint8_t> bits) {
+        const size_t fours = bits.size() / 4;
+        const size_t start = bytes_.size();
+        bytes_.resize(start + fours);
+        const uint8_t* bit = bits.data();
+        for (uint8_t& byte : std::span(bytes_).subspan(start)) {
+            byte = static_cast<uint8_t>((bit[0] == 1) | (bit[1] == 1) << 2 | (bit[2] == 1) << 4 |
+                                        (bit[3] == 1) << 6);
+            bit += 4;
+        }
+        count_ += 4 * fours;
+    }
+
     std::vector<uint8_t> bytes_;
     size_t count_ = 0;
 };

@@ -8,11 +8,13 @@ class Batches : public ::testing::TestWithParam<CableCase> {};
 
 class UsbBatches : public ::testing::TestWithParam<CableCase> {};
 
-// Vectors of one length whose flags are the bits of `mask`, first vector in bit 0.
-OmScanList VectorsOf(size_t bits, size_t count, unsigned mask) {
+// Vectors of one length whose flags are the bits of `mask`, first vector in bit 0, as far as it
+// goes.
+OmScanList VectorsOf(size_t bits, size_t count, uint64_t mask) {
     OmScanList vectors;
     for (size_t i = 0; i < count; ++i)
-        vectors.push_back({Pattern(bits, static_cast<uint32_t>(i + 1)), (mask >> i & 1) != 0});
+        vectors.push_back(
+            {Pattern(bits, static_cast<uint32_t>(i + 1)), i < 64 && (mask >> i & 1) != 0});
     return vectors;
 }
 

@@ -49,3 +49,27 @@ TEST(TmsTdiPairs, LastBitGoesWithTmsHigh) {
     pairs.PutBits(std::vector<uint8_t>{1});
     EXPECT_EQ(BytesOf(pairs), (std::vector<uint8_t>{0x81, 0x03}));
 }
+
+TEST(TmsTdiPairs, RunsFromEveryPlaceInAByte) {
+    const OmBitVector bits{1, 0, 'X', 1, 1, 1, 0, 0, 1, 0, 1};
+
+    const struct {
+        int ahead; // pairs of TMS and TDI high
+        std::vector<uint8_t> bytes;
+    } rows[] = {
+        {0, {0x41, 0x05, 0x31}},
+        {1, {0x07, 0x15, 0xC4}},
+        {2, {0x1F, 0x54, 0x10, 0x03}},
+        {3, {0x7F, 0x50, 0x41, 0x0C}},
+    };
+
+    for (const auto& row : rows) {
+        OmTmsTdiPairs pairs;
+        for (int i = 0; i < row.ahead; ++i)
+            pairs.Put(true, true);
+        pairs.PutBits(bits);
+        EXPECT_EQ(pairs.Count(), 11U + static_cast<size_t>(row.ahead));
+        EXPECT_EQ(std::vector<uint8_t>(pairs.Bytes().begin(), pairs.Bytes().end()), row.bytes)
+            << row.ahead;
+    }
+}
