@@ -2,6 +2,7 @@
 
 #include "platform/FileReplacement.h"
 
+#include <algorithm>
 #include <cstdint>
 #include <fstream>
 #include <vector>
@@ -13,6 +14,8 @@ namespace {
 
 constexpr int kMaxNesting = 100;                 // a setup has seven levels
 constexpr size_t kMaxFileSize = size_t{1} << 28; // a setup of 100 large devices has some 2^26
+constexpr size_t kMaxText = 64 * 1024;           // a setup has no text between its elements
+constexpr int kMaxAttributes = 1000;             // an element of a setup has ten
 constexpr size_t kBlock = 64 * 1024;
 constexpr int kIndentation = 1;
 
@@ -52,6 +55,24 @@ size_t FindTagEnd(std::string_view text, size_t position) {
             position = SkipBehind(text, position, {&character, 1});
     }
     return position;
+}
+
+// Whether the tag at the start of `text` has more values in quotes than any element needs.
+bool HasTooManyAttributes(std::string_view text) {
+    int values = 0;
+    for (size_t position = 0; position < text.size() && text[position] != '>';) {
+        const char character = text[position++];
+        if (character != '"' && character != '\'')
+            continue;
+        position = SkipBehind(text, position, {&character, 1});
+        if (++values > kMaxAttributes)
+            return true;
+    }
+    return false;
+}
+
+bool IsBlank(std::string_view text) {
+    return text.find_first_not_of(" \t\r\n") == std::string_view::npos;
 }
 
 // XML 1.0, production 2.
@@ -99,12 +120,38 @@ bool IsNestedTooDeep(std::string_view text, int limit) {
     return false;
 }
 
+bool HasOvergrownParts(std::string_view text) {
+    for (size_t position = 0; position < text.size();) {
+        const std::string_view rest = text.substr(position);
+        size_t size = 0;
+        if (rest.starts_with("<!--")) {
+            size = SkipBehind(rest, 4, "-->");
+        } else if (rest.starts_with("<?")) {
+            size = SkipBehind(rest, 0, "?>");
+        } else if (rest.starts_with("<![CDATA[")) {
+            size = SkipBehind(rest, 0, "]]>");
+            if (size > kMaxText)
+                return true;
+        } else if (rest.starts_with("<")) {
+            size = FindTagEnd(rest, 0) + 1;
+            if (HasTooManyAttributes(rest))
+                return true;
+        } else {
+            size = std::min(rest.find('<'), rest.size());
+            if (size > kMaxText && !IsBlank(rest.substr(0, size)))
+                return true;
+        }
+        position += size;
+    }
+    return false;
+}
+
 // A text with a zero byte is none in UTF-8, and the look at its nesting would be blind to it.
 bool LoadXmlFile(wxXmlDocument& document, const std::wstring& path) {
     const wxLogNull silence;
     std::string text;
     if (!ReadWhole(path, text) || text.find('\0') != std::string::npos ||
-        IsNestedTooDeep(text, kMaxNesting))
+        IsNestedTooDeep(text, kMaxNesting) || HasOvergrownParts(text))
         return false;
     wxMemoryInputStream stream(text.data(), text.size());
     return document.Load(stream, "UTF-8");

@@ -9,6 +9,14 @@
 
 namespace {
 
+// So many, with what ends a tag and an attribute elsewhere in each value.
+std::string Attributes(int count) {
+    std::string text;
+    for (int i = 0; i < count; ++i)
+        text += " a" + std::to_string(i) + "='\"=>'";
+    return text;
+}
+
 class XmlFile : public ::testing::Test {
   protected:
     bool Load(std::string_view text) {
@@ -78,6 +86,24 @@ TEST_F(XmlFile, RefusesAbsurdNestingBeforeItIsParsed) {
     }
     EXPECT_FALSE(Load(open + close));
     EXPECT_FALSE(Load(open));
+}
+
+// The document takes a time for each that grows with the square of the size.
+TEST_F(XmlFile, RefusesElementsAndTextsThatNoSetupHas) {
+    EXPECT_TRUE(Load("<a" + Attributes(1000) + "/>"));
+    EXPECT_FALSE(Load("<a" + Attributes(1001) + "/>"));
+    EXPECT_FALSE(Load("<?pi don't?><a><b" + Attributes(1001) + "></b></a>"));
+    EXPECT_TRUE(Load("<a>" + std::string(65536, 'x') + "</a>"));
+    EXPECT_FALSE(Load("<a>" + std::string(65537, 'x') + "</a>"));
+    EXPECT_FALSE(Load("<a><b/>" + std::string(65537, 'x') + "</a>"));
+    EXPECT_FALSE(Load("<a><![CDATA[" + std::string(65537, '\n') + "]]></a>"));
+}
+
+TEST_F(XmlFile, TakesLongValuesCommentsAndBlanks) {
+    const std::string text(1000000, 'x');
+    EXPECT_TRUE(Load("<a b='" + text + "'/>"));
+    EXPECT_TRUE(Load("<a><!--" + text + "--></a>"));
+    EXPECT_TRUE(Load("<a>" + std::string(1000000, '\n') + "</a>"));
 }
 
 TEST_F(XmlFile, CharactersThatXmlCannotHoldAreLeftOut) {
