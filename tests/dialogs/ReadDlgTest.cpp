@@ -5,6 +5,7 @@
 #include "tests/windows/support/ModalSteps.h"
 
 #include <gtest/gtest.h>
+#include <wx/uiaction.h>
 #include <wx/wx.h>
 
 namespace {
@@ -95,6 +96,42 @@ TEST(ReadDlg, RefusesBadAddress) {
 TEST(ReadDlg, RefusesBadSize) {
     for (const char* size : {"", "0", "-5", "4294967296", "1F"})
         ExpectRefused("0", size, kBadSize, "&Size in bytes:");
+}
+
+TEST(ReadDlg, CanBeFilledInFromTheKeyboard) {
+    const RecordingUserInterface boxes;
+    OmReadDlg dialog(nullptr);
+    ModalSteps user;
+    user.Expect("Read", [](wxDialog& shown) {
+        wxUIActionSimulator keyboard;
+        SettleEvents();
+        keyboard.Text("1f");
+        keyboard.Char(WXK_TAB);
+        keyboard.Text("32");
+        EXPECT_TRUE(WaitFor([&] { return TextBehind(shown, "&Size in bytes:") == "32"; }));
+        EXPECT_EQ(TextBehind(shown, "&From address:"), "1f");
+        keyboard.Char(WXK_RETURN);
+    });
+    EXPECT_EQ(dialog.ShowModal(), wxID_OK);
+    EXPECT_EQ(dialog.start, 0x1Fu);
+    EXPECT_EQ(dialog.size, 32u);
+}
+
+TEST(ReadDlg, MnemonicsLeadToTheirBoxes) {
+    OmReadDlg dialog(nullptr);
+    ModalSteps user;
+    user.Expect("Read", [](wxDialog& shown) {
+        wxUIActionSimulator keyboard;
+        SettleEvents();
+        keyboard.Char('S', wxMOD_ALT);
+        EXPECT_TRUE(
+            WaitFor([&] { return wxWindow::FindFocus() == &BoxBehind(shown, "&Size in bytes:"); }));
+        keyboard.Char('F', wxMOD_ALT);
+        EXPECT_TRUE(
+            WaitFor([&] { return wxWindow::FindFocus() == &BoxBehind(shown, "&From address:"); }));
+        keyboard.Char('C', wxMOD_ALT);
+    });
+    EXPECT_EQ(dialog.ShowModal(), wxID_CANCEL);
 }
 
 TEST(ReadDlg, EscapeCancels) {
