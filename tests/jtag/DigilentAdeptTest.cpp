@@ -258,6 +258,17 @@ TEST_F(DigilentScan, ScanDrAcrossBytes) {
     EXPECT_EQ(InShiftOrder(out), "111111110");
 }
 
+TEST_F(DigilentScan, ScanDrOfWholeBytesAndOfManyOfThem) {
+    std::string bytes = " 57";
+    for (int i = 0; i < 127; ++i)
+        bytes += " 55";
+    OmBitVector out;
+    cable.ScanDR({1, 0, 0, 0, 0, 0, 0, 0}, &out, 1, 1);
+    cable.ScanDR(OmBitVector(513, 1), &out, 1, 1);
+    EXPECT_EQ(library.calls, (Calls{"DpcPutTmsTdiBits 13 tdo 57 00 E0 01",
+                                    "DpcPutTmsTdiBits 518 tdo" + bytes + " D5 07"}));
+}
+
 TEST_F(DigilentScan, WithoutAnOutNothingIsRead) {
     cable.ScanDR({0, 1}, nullptr, 1, 1);
     EXPECT_EQ(library.calls, Calls{"DpcPutTmsTdiBits 7 17 1F"});

@@ -256,6 +256,20 @@ TEST_F(JLinkScan, ScanAcrossBytes) {
     EXPECT_EQ(InShiftOrder(out), "111111110");
 }
 
+TEST_F(JLinkScan, ScansOfWholeBytesAndOfManyOfThem) {
+    OmBitVector out;
+    cable.ScanDR({1, 0, 0, 0, 0, 0, 0, 0}, &out, 1, 1);
+    EXPECT_EQ(library.calls.back(), "StoreGetRaw 13 tms 01 0C tdi 0F 18");
+    std::string tms = " 01";
+    std::string tdi;
+    for (int i = 0; i < 63; ++i)
+        tms += " 00";
+    for (int i = 0; i < 64; ++i)
+        tdi += " FF";
+    cable.ScanDR(OmBitVector(513, 1), &out, 1, 1);
+    EXPECT_EQ(library.calls.back(), "StoreGetRaw 518 tms" + tms + " 18 tdi" + tdi + " 3F");
+}
+
 TEST_F(JLinkScan, ShorterScanBehindALongerOneIsClean) {
     OmBitVector out;
     cable.ScanDR(OmBitVector(200, 1), &out, 1, 1);
