@@ -6,7 +6,8 @@
 
 namespace {
 
-constexpr size_t kLongestName = 300;
+// A name that has passed 300 characters ends there.
+constexpr size_t kLongestName = 301;
 
 // The four bytes in front of the table are the IDCODE.
 OmBitVector TakeIdcode(const uint8_t* data) {
