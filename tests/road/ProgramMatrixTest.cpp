@@ -87,8 +87,7 @@ std::vector<OmAddressRange> RangesOf(const OmDataImage& image) {
 } // namespace
 
 TEST_P(ProgramMatrix, FirmwareArrives) {
-    if (!HaveFirmwareTools())
-        GTEST_SKIP() << "needs objcopy and srec_cat";
+    ASSERT_TRUE(HaveFirmwareTools()) << "objcopy and srec_cat judge this test: install them";
     const std::vector<uint8_t>& flat = TheFirmware().flat;
     RecordingUserInterface user;
     Road road(BoardFor(TheMethod(), TheBus()));
