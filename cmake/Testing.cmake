@@ -3,13 +3,18 @@
 
 enable_testing()
 
+# For programs that tests start; a window test's own program carries the same list.
+set(OM_TEST_ENVIRONMENT
+    LSAN_OPTIONS=suppressions=${CMAKE_SOURCE_DIR}/cmake/leaks.supp:print_suppressions=0)
+
 # om_add_test(name SOURCES file... LIBRARIES target... [ENVIRONMENT VAR=value...])
 function(om_add_test name)
   cmake_parse_arguments(arg "" "" "SOURCES;LIBRARIES;ENVIRONMENT" ${ARGN})
   add_executable(${name} ${arg_SOURCES})
   target_link_libraries(${name} PRIVATE om_options ${arg_LIBRARIES} GTest::gmock_main)
   add_test(NAME ${name} COMMAND ${name} --gtest_brief=1)
-  set_tests_properties(${name} PROPERTIES TIMEOUT 600 ENVIRONMENT "${arg_ENVIRONMENT}")
+  set_tests_properties(${name} PROPERTIES
+    TIMEOUT 600 ENVIRONMENT "${OM_TEST_ENVIRONMENT};${arg_ENVIRONMENT}")
 endfunction()
 
 # om_add_window_test(name SOURCES file... [LIBRARIES target...] [ENVIRONMENT VAR=value...])
@@ -22,5 +27,6 @@ function(om_add_window_test name)
                         ${arg_LIBRARIES})
   target_precompile_headers(${name} PRIVATE ${CMAKE_SOURCE_DIR}/app/Precompiled.h)
   add_test(NAME ${name} COMMAND ${name} --gtest_brief=1)
-  set_tests_properties(${name} PROPERTIES TIMEOUT 600 ENVIRONMENT "${arg_ENVIRONMENT}")
+  set_tests_properties(${name} PROPERTIES
+    TIMEOUT 600 ENVIRONMENT "${OM_TEST_ENVIRONMENT};${arg_ENVIRONMENT}")
 endfunction()
