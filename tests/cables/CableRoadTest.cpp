@@ -4,6 +4,7 @@
 #include "tests/cables/CableCases.h"
 #include "tests/road/RoadFixture.h"
 
+#include <algorithm>
 #include <optional>
 
 namespace {
@@ -46,10 +47,9 @@ void ProgramAndCheck(Road& road) {
     EXPECT_TRUE(road.programmer.ReadFlash(road.progress, 0x80, 150, readBack));
     ASSERT_EQ(readBack.GetChunkCount(), 1u);
     EXPECT_TRUE(readBack.GetChunks().front().bytes == firmware);
-    std::vector<uint8_t> array(0x80, 0xFF);
-    array.insert(array.end(), firmware.begin(), firmware.end());
-    array.resize(0x1000, 0xFF); // the end of the sector
-    array.resize(0x10000, 0x00);
+    std::vector<uint8_t> array(0x10000, 0x00);
+    std::fill_n(array.begin(), 0x1000, uint8_t{0xFF}); // the sector
+    std::ranges::copy(firmware, array.begin() + 0x80);
     road.ExpectContent(array);
     EXPECT_TRUE(road.programmer.JtagReset());
     road.ExpectNoViolation();

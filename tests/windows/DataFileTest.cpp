@@ -171,7 +171,7 @@ TEST_F(DataFileTest, CurrentFileBecomesRecentAtTheEndOfTheRun) {
 }
 
 TEST_F(DataFileTest, LongNameIsShortenedOnTheScreenOnly) {
-    const std::string name = std::string(80, 'x') + ".srec";
+    const std::string name(std::string(80, 'x').append(".srec"));
     Load(folder_.Write(name, kSRecord));
     EXPECT_EQ(GetCaption(), " " + name + ", 2 Bytes");
     EXPECT_EQ(FindByClass<wxStaticText>(*frame_)->GetSize().x, 220);
