@@ -1,9 +1,10 @@
 #include "app/WxUserInterface.h"
 
 #include <wx/app.h>
-#include <wx/generic/msgdlgg.h>
 #include <wx/msgdlg.h>
 #include <wx/utils.h>
+
+#include <wx/generic/msgdlgg.h> // needs what wx/msgdlg.h declares
 
 namespace {
 

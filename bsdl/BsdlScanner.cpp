@@ -17,7 +17,7 @@ namespace {
 constexpr int kFileBufferSize = 16384;
 // Several times the largest that vendors publish. A token of gigabytes would end the program, and
 // the tokens of a file take many times its size.
-constexpr int64_t kMaxFileSize = 32 * 1024 * 1024;
+constexpr int64_t kMaxFileSize = int64_t{32} * 1024 * 1024;
 
 constexpr const char* kOutOfMemory = "memory allocation error";
 

@@ -11,7 +11,7 @@
 namespace {
 
 constexpr uint64_t kAddressSpace = uint64_t{1} << 32;
-constexpr size_t kBlock = 256 * 1024;
+constexpr size_t kBlock = size_t{256} * 1024;
 constexpr char kTooLarge[] = "File is larger than 4 GiB.";
 
 struct Closer {

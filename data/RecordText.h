@@ -60,7 +60,7 @@ class OmRecordSource {
         void operator()(std::FILE* file) const { std::fclose(file); }
     };
 
-    static constexpr size_t kBlock = 256 * 1024;
+    static constexpr size_t kBlock = size_t{256} * 1024;
     static constexpr size_t kBudget = 50000; // bytes in which the first good record must end
 
     std::unique_ptr<std::FILE, Closer> file_;
@@ -92,7 +92,7 @@ class OmRecordSink {
   private:
     void MakeRoom();
 
-    static constexpr size_t kBlock = 64 * 1024;
+    static constexpr size_t kBlock = size_t{64} * 1024;
 
     OmFileReplacement file_;
     std::unique_ptr<char[]> buffer_;
