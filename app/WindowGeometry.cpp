@@ -1,5 +1,6 @@
 #include "app/WindowGeometry.h"
 
+#include <algorithm>
 #include <wx/config.h>
 
 namespace {
@@ -9,15 +10,19 @@ constexpr int kMinSize = 100;
 // What must remain on the screen of a window that stands far right or far down.
 constexpr int kMinVisibleWidth = 100;
 constexpr int kMinVisibleHeight = 130;
+// The X Window System counts pixels in 16 bits; a larger window would never be shown.
+constexpr long kMaxPixels = 32767;
+
+int ReadPixels(const char* key, int missing) {
+    const long pixels = wxConfigBase::Get()->ReadLong(key, missing);
+    return static_cast<int>(std::clamp(pixels, -kMaxPixels, kMaxPixels));
+}
 
 } // namespace
 
 wxRect LoadWindowGeometry() {
-    const wxConfigBase& store = *wxConfigBase::Get();
-    return {static_cast<int>(store.ReadLong("/x", kDefaultGeometry.x)),
-            static_cast<int>(store.ReadLong("/y", kDefaultGeometry.y)),
-            static_cast<int>(store.ReadLong("/w", kDefaultGeometry.width)),
-            static_cast<int>(store.ReadLong("/h", kDefaultGeometry.height))};
+    return {ReadPixels("/x", kDefaultGeometry.x), ReadPixels("/y", kDefaultGeometry.y),
+            ReadPixels("/w", kDefaultGeometry.width), ReadPixels("/h", kDefaultGeometry.height)};
 }
 
 void StoreWindowGeometry(const wxRect& geometry, bool maximized) {

@@ -1,5 +1,6 @@
 // The user's settings between runs: the registry on Windows, a file in the user's configuration
-// folder elsewhere.
+// folder elsewhere. Settings that are damaged, or cannot be read or written, are told on standard
+// error and otherwise as good as missing.
 #pragma once
 
 // Makes the store of this program the current wxConfigBase. The toolkit must be running, and the

@@ -2,57 +2,12 @@
 #include "app/MainFrame.h"
 #include "flash/FlashProgrammer.h"
 #include "tests/windows/MainWindow.h"
+#include "tests/windows/StartUp.h"
 
 #include <gtest/gtest.h>
 #include <wx/config.h>
 #include <wx/msgdlg.h>
 #include <wx/sysopt.h>
-
-namespace {
-
-// An application started inside the tests' own, which comes back at the end.
-class StartUp : public testing::Test {
-  protected:
-    StartUp() : outer_(wxApp::GetInstance()), previousStore_(wxConfigBase::Set(nullptr)) {
-        setenv("XDG_CONFIG_HOME", folder_.path.c_str(), 1);
-    }
-
-    ~StartUp() override {
-        Stop();
-        wxConfigBase::Set(previousStore_);
-    }
-
-    OmMainFrame& Start(std::vector<std::string> arguments) {
-        arguments.insert(arguments.begin(), "velflash");
-        std::vector<char*> pointers;
-        for (std::string& argument : arguments)
-            pointers.push_back(argument.data());
-        app_ = std::make_unique<OmApp>();
-        app_->argv.Init(static_cast<int>(pointers.size()), pointers.data());
-        app_->argc = static_cast<int>(pointers.size());
-        EXPECT_TRUE(app_->OnInit());
-        frame_ = dynamic_cast<OmMainFrame*>(app_->GetTopWindow());
-        return *frame_;
-    }
-
-    void Stop() {
-        if (!app_)
-            return;
-        delete frame_;
-        app_->OnExit();
-        app_.reset();
-        wxApp::SetInstance(outer_);
-        SettleEvents();
-    }
-
-    wxAppConsole* outer_;
-    TemporaryFolder folder_;
-    wxConfigBase* previousStore_;
-    std::unique_ptr<OmApp> app_;
-    OmMainFrame* frame_ = nullptr;
-};
-
-} // namespace
 
 TEST(App, BitmapsAreRemappedOnlyWithModernControlsAndDeepColours) {
     EXPECT_EQ(ChooseBitmapRemapping(600, 32), 2);

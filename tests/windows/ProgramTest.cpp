@@ -20,6 +20,7 @@ using namespace std::chrono_literals;
 
 constexpr char kMainTitle[] = "^Untitled - Velmora Flash Programmer$";
 constexpr char kBoxTitle[] = "^Velmora Flash Programmer$";
+constexpr char kSettingsFile[] = "Velmora Flash Programmer.conf";
 
 std::string RunShell(const std::string& command) {
     std::string output;
@@ -113,9 +114,7 @@ class Program : public testing::Test {
         setenv("XDG_CONFIG_HOME", folder_.path.c_str(), 1);
     }
 
-    std::string GetSettings() const {
-        return ReadWholeFile(folder_.Path("Velmora Flash Programmer.conf"));
-    }
+    std::string GetSettings() const { return ReadWholeFile(folder_.Path(kSettingsFile)); }
 
     static const char* GetProgram() { return std::getenv("OM_PROGRAM"); }
 
@@ -126,7 +125,7 @@ class Program : public testing::Test {
 } // namespace
 
 TEST_F(Program, WindowComesBackWhereItWasClosed) {
-    folder_.Write("Velmora Flash Programmer.conf", "x=200\ny=100\nw=600\nh=500\n");
+    folder_.Write(kSettingsFile, "x=200\ny=100\nw=600\nh=500\n");
     Process program({GetProgram()});
     ASSERT_TRUE(WaitForWindow(kMainTitle));
     // The client area lies inside the frame that the window manager draws.
@@ -139,6 +138,30 @@ TEST_F(Program, WindowComesBackWhereItWasClosed) {
     EXPECT_EQ(program.Wait(), 0);
     const std::string settings = GetSettings();
     EXPECT_NE(settings.find("x=200\ny=100\nw=600\nh=500\n"), std::string::npos) << settings;
+}
+
+TEST_F(Program, WindowClosedMaximizedComesBackAtTheDefaults) {
+    folder_.Write(kSettingsFile, "x=200\ny=100\nw=600\nh=500\n");
+    Process program({GetProgram()});
+    ASSERT_TRUE(WaitForWindow(kMainTitle));
+    EXPECT_TRUE(WaitUntil([] {
+        RunShell("xdotool mousemove 400 110 click --repeat 2 1; sleep 0.3"); // the title bar
+        return RunShell("xprop -id " + FindWindowId(kMainTitle) + " _NET_WM_STATE")
+                   .find("MAXIMIZED_VERT") != std::string::npos;
+    }));
+    CloseWithKey(kMainTitle, "alt+F4");
+    EXPECT_EQ(program.Wait(), 0);
+    const std::string settings = GetSettings();
+    EXPECT_NE(settings.find("x=-1\ny=-1\nw=670\nh=680\n"), std::string::npos) << settings;
+    EXPECT_NE(settings.find("Maximized=1\n"), std::string::npos) << settings;
+}
+
+TEST_F(Program, SettingsThatCannotBeWrittenBringNoBox) {
+    std::filesystem::create_directories(folder_.path / kSettingsFile / "inside");
+    Process program({GetProgram()});
+    ASSERT_TRUE(WaitForWindow(kMainTitle));
+    CloseWithKey(kMainTitle, "alt+F4");
+    EXPECT_EQ(program.Wait(), 0);
 }
 
 TEST_F(Program, BoxAtStartUpStandsAboveTheWindowAndTheProgramGoesOn) {
