@@ -1,5 +1,7 @@
 #include "virtualboard/Checker.h"
 
+#include <utility>
+
 namespace vb {
 
 const char* ViolationName(ViolationKind kind) {
@@ -9,15 +11,23 @@ const char* ViolationName(ViolationKind kind) {
     return kNames[static_cast<size_t>(kind)];
 }
 
-void Checker::Report(ViolationKind kind, uint64_t scan, const std::string& text) {
+void Checker::Report(const Violation& violation) {
+    if (harmless_ && harmless_(violation))
+        return;
     ++total_;
-    ++counts_[static_cast<size_t>(kind)];
+    ++counts_[static_cast<size_t>(violation.kind)];
     if (list_.size() < kMaxListed)
-        list_.push_back({kind, scan, text});
+        list_.push_back(violation);
+}
+
+void Checker::Tolerate(std::function<bool(const Violation&)> harmless) {
+    harmless_ = std::move(harmless);
 }
 
 void Checker::Clear() {
-    *this = Checker();
+    total_ = 0;
+    counts_.fill(0);
+    list_.clear();
 }
 
 } // namespace vb

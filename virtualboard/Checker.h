@@ -4,6 +4,7 @@
 #include <array>
 #include <cstddef>
 #include <cstdint>
+#include <functional>
 #include <string>
 #include <vector>
 
@@ -26,11 +27,16 @@ struct Violation {
     ViolationKind kind;
     uint64_t scan; // DR scans done when it happened
     std::string text;
+    uint32_t data = 0; // on the data pins of the chip that saw it; 0 where no chip did
 };
 
 class Checker {
   public:
-    void Report(ViolationKind kind, uint64_t scan, const std::string& text);
+    void Report(const Violation& violation);
+
+    // What `harmless` is true of is not counted, and takes no place in the list: for the oddities
+    // of a bus that a test knows and accepts.
+    void Tolerate(std::function<bool(const Violation&)> harmless);
 
     // All that happened; the list holds the first kMaxListed of them.
     uint64_t Count() const { return total_; }
@@ -39,6 +45,7 @@ class Checker {
 
     const std::vector<Violation>& List() const { return list_; }
 
+    // What is tolerated stays so.
     void Clear();
 
     static constexpr size_t kMaxListed = 1000;
@@ -47,6 +54,7 @@ class Checker {
     std::array<uint64_t, kViolationKinds> counts_{};
     uint64_t total_ = 0;
     std::vector<Violation> list_;
+    std::function<bool(const Violation&)> harmless_;
 };
 
 } // namespace vb

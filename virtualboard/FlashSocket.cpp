@@ -115,9 +115,10 @@ void FlashSocket::ReportPins(ViolationKind kind, FlashPin pin, uint32_t bits,
     for (; bits != 0; bits &= bits - 1) {
         const auto bit = static_cast<unsigned>(std::countr_zero(bits));
         const NetId net = isAddress ? addressNets_[bit] : dataNets_[bit];
-        checker_.Report(kind, scans_,
-                        name_ + "." + (isAddress ? "A" : "D") + std::to_string(bit) + " on " +
-                            wiring_.Describe(net) + " " + what);
+        checker_.Report({kind, scans_,
+                         name_ + "." + (isAddress ? "A" : "D") + std::to_string(bit) + " on " +
+                             wiring_.Describe(net) + " " + what,
+                         pins_.data});
     }
 }
 
@@ -149,8 +150,8 @@ bool FlashSocket::ControlsFloat(const Pins& pins) {
 
 void FlashSocket::CheckControls() {
     if (ControlsFloat(pins_) && !ControlsFloat(before_))
-        checker_.Report(ViolationKind::FloatingInput, scans_,
-                        name_ + ": CE, OE or WE floats while another of them is low");
+        checker_.Report({ViolationKind::FloatingInput, scans_,
+                         name_ + ": CE, OE or WE floats while another of them is low", pins_.data});
 }
 
 void FlashSocket::CheckRead() {
@@ -166,10 +167,11 @@ void FlashSocket::CheckCapture() {
 
 void FlashSocket::CheckCoreRelease(const std::string& device) {
     if (Writing(before_) || Reading(before_))
-        checker_.Report(ViolationKind::CoreReleased, scans_,
-                        name_ + ": the core logic of " + device +
-                            " gets its pins in the middle of a " +
-                            (Writing(before_) ? "write" : "read") + " cycle");
+        checker_.Report({ViolationKind::CoreReleased, scans_,
+                         name_ + ": the core logic of " + device +
+                             " gets its pins in the middle of a " +
+                             (Writing(before_) ? "write" : "read") + " cycle",
+                         pins_.data});
 }
 
 } // namespace vb

@@ -98,8 +98,8 @@ void Wiring::ReportContention(Checker& checker, uint64_t scan) {
     for (NetId id : contended_) {
         Net& net = nets_[id];
         if (net.contended && !net.reported)
-            checker.Report(ViolationKind::Contention, scan,
-                           Describe(id) + " is driven to both levels");
+            checker.Report(
+                {ViolationKind::Contention, scan, Describe(id) + " is driven to both levels"});
         net.reported = net.contended;
     }
     contended_.clear();

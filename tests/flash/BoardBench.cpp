@@ -4,6 +4,7 @@
 #include "data/DataImage.h"
 #include "flash/InstructionTable.h"
 #include "platform/Text.h"
+#include "tests/road/BoardChecks.h"
 #include "tests/support/TemporaryFolder.h"
 
 #include <gtest/gtest.h>
@@ -70,6 +71,7 @@ OmDesignSetup MakeBoardSetup(const vb::BuiltBoard& built) {
 BoardBench::BoardBench(const vb::BoardBuilder& builder, uint32_t frequency)
     : built(builder.Build()), board(built.Install()), setup(MakeBoardSetup(built)),
       analyzer(nullptr) {
+    TolerateClearStatus(board, built);
     bool isHighSpeed = false;
     EXPECT_TRUE(cable.Load());
     std::vector<OmFtd2xxRecord> pods;
@@ -99,12 +101,8 @@ std::vector<uint8_t> BoardBench::Contents(size_t start, size_t size) {
     return bytes;
 }
 
-std::string BoardBench::Violations(const std::vector<vb::ViolationKind>& allowed) const {
-    std::string text;
-    for (const vb::Violation& violation : board.Violations().List())
-        if (std::find(allowed.begin(), allowed.end(), violation.kind) == allowed.end())
-            text += std::string(vb::ViolationName(violation.kind)) + ": " + violation.text + '\n';
-    return text;
+std::string BoardBench::Violations() const {
+    return DescribeViolations(board);
 }
 
 OmDataImage RandomImage(uint32_t address, uint32_t size) {

@@ -27,8 +27,8 @@ class BoardBench : private VirtualClock {
     // A stretch of the whole array, as a processor would see it.
     std::vector<uint8_t> Contents(size_t start, size_t size);
 
-    // What the checker has to say, one finding a line, without the kinds in `allowed`.
-    std::string Violations(const std::vector<vb::ViolationKind>& allowed = {}) const;
+    // What the checker has to say, one finding a line.
+    std::string Violations() const;
 
     vb::BuiltBoard built;
     vb::Board& board;

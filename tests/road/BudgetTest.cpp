@@ -26,6 +26,7 @@ struct Cost {
 
 template <class Action>
 Cost CostOf(Road& road, Action action) {
+    road.ExpectNoViolation();
     road.board->ClearStatistics();
     EXPECT_TRUE(action());
     road.ExpectNoViolation();

@@ -1,4 +1,6 @@
 // How programming lives with flash chips that need time, forget bits or refuse.
+#include "flash/BoundaryScanBus.h"
+#include "flash/IntelCommands.h"
 #include "tests/road/RoadFixture.h"
 
 namespace {
@@ -111,4 +113,29 @@ TEST(FlashBehaviour, LockedBlocksAreRefusedUntilTheyAreUnlocked) {
                 kWarningBox);
     EXPECT_FALSE(road.programmer.EraseSectors(road.progress, {0}));
     road.ExpectNoViolation();
+}
+
+// What the checker lets pass of an Intel flash, and what it does not.
+TEST(FlashBehaviour, ClearStatusIsTheOnlyWriteThatMayComeWithoutAnAddress) {
+    const RecordingUserInterface user;
+    Road road(vb::BoardBuilder().Flash("intel16-64m").Chips(2).Set("sectors", "16x4K"));
+    ASSERT_TRUE(road.PrepareToProgram());
+    OmBoundaryScanBus bus;
+    std::wstring errors;
+    ASSERT_TRUE(bus.BuildFromSetup(road.programmer.setup, road.programmer.setup.devices, errors));
+    bus.analyzer = road.programmer.analyzer.get();
+    bus.EnterExtest();
+    IntelClearStatus(bus);
+    EXPECT_EQ(road.board->Violations().Count(), 0u);
+    for (const uint8_t command : {kIntelReadArray, kIntelReadId, kIntelEraseSetUp}) {
+        OmBusCycleBatch batch(bus);
+        batch.SelectForWriting();
+        batch.AppendWriteData(OnAllLanes(command));
+        batch.AppendRise();
+        batch.Run();
+        // 15 address lines, seen by two chips
+        EXPECT_EQ(road.board->Violations().Count(vb::ViolationKind::FloatingInput), 30u)
+            << int{command};
+        road.board->Violations().Clear();
+    }
 }

@@ -1,6 +1,7 @@
 #include "tests/road/RoadFixture.h"
 
 #include "bsdl/BsdlParser.h"
+#include "tests/road/BoardChecks.h"
 #include "tests/support/TemporaryFolder.h"
 #include "virtualboard/CurrentBoard.h"
 
@@ -62,14 +63,6 @@ StaticPin MakeStatic(const vb::StaticConnection& connection) {
     return pin;
 }
 
-// The command that clears the status register takes no address, and goes out with the address lines
-// released.
-bool IsWriteWithoutAddress(const vb::Violation& violation) {
-    return violation.kind == vb::ViolationKind::FloatingInput &&
-           violation.text.find(".A") != std::string::npos &&
-           violation.text.find("floats while WE falls") != std::string::npos;
-}
-
 } // namespace
 
 uint64_t BoardTime::Microseconds() {
@@ -102,11 +95,19 @@ Road::Road(const vb::BoardBuilder& builder) : built(builder.Build()), board(&bui
     programmer.SetDesignSetup(MakeSetup(built));
     programmer.settings.cableType = OmCableType::Ftd2xx;
     programmer.settings.ftd2xxFrequency = kFastTck;
+    TolerateClearStatus(*board, built);
 }
 
 Road::~Road() {
     programmer.CloseCable();
+    ExpectNoViolation();
     vb::InstallBoard(nullptr);
+}
+
+void Road::Replug() {
+    ExpectNoViolation();
+    board = &built.Install();
+    TolerateClearStatus(*board, built);
 }
 
 bool Road::PrepareToProgram() {
@@ -151,10 +152,7 @@ void Road::ExpectContent(const std::vector<uint8_t>& expected) const {
 }
 
 void Road::ExpectNoViolation() const {
-    const bool intel = built.flash.commandSet == vb::CommandSet::Intel;
-    for (const vb::Violation& violation : board->Violations().List())
-        if (!intel || !IsWriteWithoutAddress(violation))
-            ADD_FAILURE() << "scan " << violation.scan << ": " << violation.text;
+    EXPECT_EQ(DescribeViolations(*board), "");
     EXPECT_EQ(board->PodTraffic().badCommands, 0u);
 }
 

@@ -47,12 +47,13 @@ class Road {
   public:
     // Installs the board and points a fresh programmer at it, through the FT2232 at 30 MHz.
     explicit Road(const vb::BoardBuilder& builder);
+    // Fails the test if anything has happened on the pins that would hurt or lie on a real board.
     ~Road();
     Road(const Road&) = delete;
     Road& operator=(const Road&) = delete;
 
     // Another board of the same making, with its pod plugged in.
-    void Replug() { board = &built.Install(); }
+    void Replug();
 
     // Prepare as the Program command does.
     bool PrepareToProgram();
@@ -69,7 +70,8 @@ class Road {
     // Names the first byte of the array that is another.
     void ExpectContent(const std::vector<uint8_t>& expected) const;
 
-    // Nothing that would hurt or lie on a real board has happened on the pins.
+    // Nothing that would hurt or lie has happened on the pins so far; the end of the road looks
+    // once more.
     void ExpectNoViolation() const;
 
     vb::BuiltBoard built;

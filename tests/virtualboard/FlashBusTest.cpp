@@ -308,3 +308,31 @@ TEST(Checker, CoreLogicReleasedFromAnIdleBusIsFine) {
     bench.pod.ResetTap();
     EXPECT_EQ(bench.board.Violations().Count(), 0u);
 }
+
+// A write whose address line A4 nobody drives.
+TEST(Checker, FindingTellsTheDataOfItsCycle) {
+    Bench bench(vb::BoardBuilder().Cells(vb::PinStyle::Separate));
+    bench.bus.Set("CE", false);
+    bench.bus.Release("A4");
+    bench.bus.SetData(0x1234);
+    bench.bus.Set("WE", false);
+    bench.bus.Scan();
+    ASSERT_EQ(Count(bench, vb::ViolationKind::FloatingInput), 1u);
+    EXPECT_EQ(bench.board.Violations().List()[0].data, 0x1234u);
+}
+
+TEST(Checker, WhatIsToleratedIsNotCounted) {
+    vb::Checker checker;
+    checker.Tolerate([](const vb::Violation& violation) { return violation.data == 0x50; });
+    const vb::Violation harmless{vb::ViolationKind::FloatingInput, 1, "F1.A0 floats", 0x50};
+    const vb::Violation harmful{vb::ViolationKind::FloatingInput, 2, "F1.A0 floats", 0x20};
+    checker.Report(harmless);
+    checker.Report(harmful);
+    EXPECT_EQ(checker.Count(), 1u);
+    EXPECT_EQ(checker.Count(vb::ViolationKind::FloatingInput), 1u);
+    ASSERT_EQ(checker.List().size(), 1u);
+    EXPECT_EQ(checker.List()[0].scan, 2u);
+    checker.Clear();
+    checker.Report(harmless);
+    EXPECT_EQ(checker.Count(), 0u);
+}
