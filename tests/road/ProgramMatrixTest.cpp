@@ -1,6 +1,6 @@
-// A firmware file through every way of programming into every kind of array: erase, blank check,
-// program, verify and read back, and the chips' own content compared with what objcopy makes of the
-// file.
+// A setup file and a firmware file through every way of programming into every kind of array:
+// erase, blank check, program, verify and read back, and the chips' own content compared with what
+// objcopy makes of the firmware.
 #include "data/DataFiles.h"
 #include "tests/road/FirmwareFile.h"
 #include "tests/road/RoadFixture.h"
@@ -77,6 +77,15 @@ class ProgramMatrix : public ::testing::TestWithParam<MatrixCase> {
     const Bus& TheBus() const { return kBuses[std::get<1>(GetParam())]; }
 };
 
+// As a user has it: saved once, and loaded by a program that knows nothing of the board.
+void GoThroughAFile(OmFlashProgrammer& programmer) {
+    const TemporaryFolder folder;
+    const std::string path = folder.Path("board.velflash");
+    ASSERT_TRUE(programmer.SaveDesignSetup(path));
+    programmer.SetDesignSetup(OmDesignSetup());
+    ASSERT_TRUE(programmer.LoadDesignSetup(path));
+}
+
 std::vector<OmAddressRange> RangesOf(const OmDataImage& image) {
     std::vector<OmAddressRange> ranges;
     for (const OmDataChunk& chunk : image.GetChunks())
@@ -93,6 +102,8 @@ TEST_P(ProgramMatrix, FirmwareArrives) {
     Road road(BoardFor(TheMethod(), TheBus()));
     road.programmer.setup.UseUnlockBypass = TheMethod().bypass;
     road.programmer.setup.DontCheckStatus = !std::get<2>(GetParam());
+    GoThroughAFile(road.programmer);
+    ASSERT_EQ(road.programmer.setup.DontCheckStatus, !std::get<2>(GetParam()));
     if (road.programmer.setup.DontCheckStatus)
         road.programmer.settings.ftd2xxFrequency = kBlindTck;
     road.FillFlash(0x00);
