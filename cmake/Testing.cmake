@@ -5,7 +5,8 @@ enable_testing()
 
 # For programs that tests start; a window test's own program carries the same list.
 set(OM_TEST_ENVIRONMENT
-    LSAN_OPTIONS=suppressions=${CMAKE_SOURCE_DIR}/cmake/leaks.supp:print_suppressions=0)
+    LSAN_OPTIONS=suppressions=${CMAKE_SOURCE_DIR}/cmake/leaks.supp:print_suppressions=0
+    TSAN_OPTIONS=suppressions=${CMAKE_SOURCE_DIR}/cmake/races.supp:print_suppressions=0)
 
 # om_add_test(name SOURCES file... LIBRARIES target... [ENVIRONMENT VAR=value...])
 function(om_add_test name)

@@ -9,6 +9,7 @@
 #include <functional>
 #include <gtest/gtest.h>
 #include <mutex>
+#include <set>
 #include <wx/init.h>
 
 namespace {
@@ -56,6 +57,11 @@ class Collector : public wxEvtHandler {
     std::vector<Event> Events() {
         const std::lock_guard lock(mutex_);
         return events_;
+    }
+
+    void Forget() {
+        const std::lock_guard lock(mutex_);
+        events_.clear();
     }
 
     static size_t Count(const std::vector<Event>& events, wxEventType type) {
@@ -331,15 +337,96 @@ TEST_F(BsdlFinder, DestructorEndsTheSearch) {
     EXPECT_EQ(collector.Events().back(), Canceled());
 }
 
-TEST_F(BsdlFinder, WorksThroughThousandsOfFiles) {
-    const std::string other = ChangedSource("\"1\";", "\"0\";");
-    for (int number = 0; number < 2000; ++number)
-        Write(std::to_string(number) + ".bsd", number % 100 == 7 ? SampleSource() : other);
-    const Events events = Search();
-    EXPECT_EQ(Collector::Count(events, OM_EVT_BSDL_FILE), 2000u);
-    EXPECT_EQ(Collector::Count(events, OM_EVT_BSDL_FOUND), 20u);
-    EXPECT_EQ(Collector::Count(events, OM_EVT_BSDL_LOG), 0u);
-    EXPECT_EQ(events.back(), Completed());
+namespace {
+
+// 2,000 BSDL files ten folders deep and ten wide, with others among them: most describe other
+// devices, some are broken, some cannot be opened.
+class ManyFiles : public BsdlFinder {
+  protected:
+    ManyFiles() {
+        const std::string other = ChangedSource("\"1\";", "\"0\";");
+        for (int number = 0; number < 2000; ++number) {
+            const std::string name = FolderOf(number) + std::to_string(number) + ".bsd";
+            if (number % 100 == 7)
+                fitting.insert(Write(name));
+            else if (number % 100 == 50)
+                broken.insert(Write(name, "entity\n4"));
+            else if (number % 100 == 93)
+                unreadable.insert(MakeDanglingLink(name));
+            else
+                others.insert(Write(name, other));
+            if (number % 10 == 0)
+                Write(FolderOf(number) + std::to_string(number) + ".txt", "entity");
+        }
+    }
+
+    // A new folder for every twenty files; ten stand beside each other, each with nine more in it.
+    std::string FolderOf(int number) {
+        const int row = number / 20;
+        std::string path;
+        for (int depth = 0; depth <= row % 10; ++depth)
+            path += (depth == 0 ? "row" + std::to_string(row / 10) : "deeper") + "/";
+        std::filesystem::create_directories(folder.path / path);
+        return path;
+    }
+
+    std::string MakeDanglingLink(const std::string& name) const {
+        std::filesystem::create_symlink("nowhere", folder.path / name);
+        return folder.Path(name);
+    }
+
+    // What is said of a file, apart from its name.
+    Events ExpectedOf(const std::string& path) const {
+        if (fitting.contains(path))
+            return {Found(path)};
+        if (broken.contains(path))
+            return {{OM_EVT_BSDL_LOG, "Error: (in '" + path +
+                                          "' on line 2) syntax error\n"
+                                          "        : improper entity declaration; may be this "
+                                          "is not a BSDL file\n"}};
+        if (unreadable.contains(path))
+            return {{OM_EVT_BSDL_LOG, "Error: failed to open file '" + path + "'\n"}};
+        EXPECT_TRUE(others.contains(path)) << path;
+        return {};
+    }
+
+    // Each file is named once and followed by what is to be said of it. The last event is
+    // `ending`. Gives the number of files.
+    size_t ExpectWhole(const Events& events, const Event& ending) {
+        std::set<std::string> seen;
+        size_t next = 0;
+        while (next < events.size() && events[next].type == OM_EVT_BSDL_FILE) {
+            const std::string path = events[next++].text;
+            EXPECT_TRUE(seen.insert(path).second) << path;
+            for (const Event& event : ExpectedOf(path)) {
+                EXPECT_TRUE(next < events.size() && events[next] == event) << event;
+                ++next;
+            }
+        }
+        EXPECT_EQ(next, events.size() - 1);
+        EXPECT_EQ(events.back(), ending);
+        return seen.size();
+    }
+
+    std::set<std::string> fitting, broken, unreadable, others;
+};
+
+} // namespace
+
+TEST_F(ManyFiles, AreSearchedInAllFoldersWhateverIsInThem) {
+    EXPECT_EQ(ExpectWhole(Search(), Completed()), 2000u);
+}
+
+TEST_F(ManyFiles, CanBeLeftAtAnyMoment) {
+    finder.SetDirectories({folder.path.string()});
+    for (size_t moment = 0; moment < 25; ++moment) {
+        SCOPED_TRACE(moment);
+        collector.Forget();
+        finder.StartSearch();
+        collector.WaitForEvents(moment * moment / 4);
+        finder.CancelSearch();
+        EXPECT_LT(ExpectWhole(collector.Events(), Canceled()), 2000u);
+    }
 }
 
 TEST_F(BsdlFinder, LogOfTheThreadBecomesEvents) {
