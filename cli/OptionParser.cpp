@@ -3,25 +3,39 @@
 #include "cli/Connection.h"
 #include "cli/DataOutput.h"
 #include "cli/ExitCodes.h"
+#include "cli/HelpFormatter.h"
 #include "platform/Text.h"
 #include "platform/Version.h"
-
-#include <CLI/CLI.hpp>
 
 namespace {
 
 using ParseError = CLI::ValidationError;
 
-constexpr char kDescription[] = "velflash-cli programs parallel NOR flash through a board's JTAG "
-                                "chain, with the setup files of "
-                                "velflash.";
+constexpr char kProgram[] = "velflash-cli";
+
+constexpr char kDescription[] =
+    "Programs parallel NOR flash through a board's JTAG chain, with the "
+    "setup files of velflash.";
 
 constexpr char kFooter[] =
-    "Offsets are hexadecimal bytes of the whole data bus, with or without 0x; sizes are decimal, "
-    "or "
-    "hexadecimal with 0x; K and M stand for 1024 and 1048576. Without cable options the connection "
-    "set in velflash is used.\n"
+    "Options may stand before or behind the command. Without cable options the connection set in "
+    "velflash is used.\n"
     "Exit status: 0 done, 1 failed, 2 wrong command line, 130 stopped by Ctrl+C.";
+
+constexpr char kGeneralHint[] =
+    "velflash-cli --help shows the options of all commands: --cable, --frequency, --yes, --log ...";
+
+constexpr char kNumbersHint[] =
+    "Offsets are hexadecimal bytes of the whole data bus, with or without 0x; sizes are decimal, "
+    "or hexadecimal with 0x; K and M behind a decimal number stand for 1024 and 1048576.\n";
+
+constexpr char kAnOffset[] = "an offset: hexadecimal, or decimal with K or M";
+constexpr char kASize[] = "a size: decimal, hexadecimal with 0x, or decimal with K or M";
+
+// "--cable" of "-c,--cable".
+std::string GetLongName(const std::string& names) {
+    return names.substr(names.find(',') + 1);
+}
 
 // An option whose text `parse` turns into `target`, or refuses.
 template <typename Value, typename Parse>
@@ -32,7 +46,7 @@ CLI::Option* AddParsed(CLI::App& app, const std::string& name, Value& target, Pa
         [&target, parse, name, expected](const std::string& text) {
             const auto value = parse(text);
             if (!value)
-                throw ParseError(name, "'" + text + "' is not " + expected);
+                throw ParseError(GetLongName(name), "'" + text + "' is not " + expected);
             target = *value;
         },
         help);
@@ -55,7 +69,8 @@ void AddConnectionOptions(CLI::App& app, OmConnectionChoice& choice) {
               "one of " + ListCableNames())
         ->type_name("NAME");
     AddParsed(app, "-f,--frequency", choice.frequency, ParseFrequency,
-              "TCK frequency in Hz; k and M are allowed: 6M", "a frequency")
+              "TCK frequency in Hz; k and M are allowed: 6M",
+              "a frequency such as 6000000, 6M or 200k")
         ->type_name("HZ");
     app.add_option("--serial", choice.serial,
                    "Serial number of the pod (number 0 to 3 of a J-Link, id of a Digilent)")
@@ -101,14 +116,13 @@ void AddFileOptions(CLI::App& app, unsigned uses, OmCliOptions& options) {
 void AddPlaceOptions(CLI::App& app, unsigned uses, OmCliOptions& options) {
     if (uses & kUsesOffset)
         AddParsed(app, "-o,--offset", options.offset, ParseOffset,
-                  "Where the data begins in the flash, instead of its own address", "an offset")
+                  "Where the data begins in the flash, instead of its own address", kAnOffset)
             ->type_name("OFFSET");
     if (uses & kUsesRange) {
-        AddParsed(app, "--from", options.from, ParseOffset, "First offset; 0 by default",
-                  "an offset")
+        AddParsed(app, "--from", options.from, ParseOffset, "First offset; 0 by default", kAnOffset)
             ->type_name("OFFSET");
         AddParsed(app, "--size", options.size, ParseSize,
-                  "Number of bytes; up to the end of the flash by default", "a size")
+                  "Number of bytes; up to the end of the flash by default", kASize)
             ->type_name("BYTES");
     }
     if (uses & kUsesSectors)
@@ -153,7 +167,10 @@ void AddProgramOptions(CLI::App& app, unsigned uses, OmCliOptions& options) {
 
 void AddCommand(CLI::App& app, const OmCommand& command, OmParsedLine& line) {
     CLI::App& sub = *app.add_subcommand(command.name, command.help);
+    sub.group("Commands");
     sub.fallthrough();
+    const bool hasPlace = (command.uses & (kUsesRange | kUsesOffset)) != 0;
+    sub.footer((hasPlace ? kNumbersHint : std::string()) + kGeneralHint);
     AddFileOptions(sub, command.uses, line.options);
     AddPlaceOptions(sub, command.uses, line.options);
     AddProgramOptions(sub, command.uses, line.options);
@@ -182,15 +199,33 @@ void CheckTogether(const OmCommand& command, OmCliOptions& options) {
     }
 }
 
+std::string JoinWords(const std::vector<std::string>& words) {
+    std::string joined;
+    for (const std::string& word : words)
+        joined += (joined.empty() ? "" : " ") + word;
+    return joined;
+}
+
+std::string DescribeFailure(const CLI::App* app, const CLI::Error& error) {
+    const auto commands = app->get_subcommands();
+    const std::string command = commands.empty() ? "" : commands.front()->get_name() + " ";
+    const std::string reason = dynamic_cast<const CLI::ExtrasError*>(&error)
+                                   ? "not expected: " + JoinWords(app->remaining(true))
+                                   : error.what();
+    return OmFormat("%s: %s\n%s %s--help tells more.\n", kProgram, reason.c_str(), kProgram,
+                    command.c_str());
+}
+
 } // namespace
 
 OmParsedLine ParseCommandLine(int argc, const char* const* argv, std::ostream& out,
                               std::ostream& err) {
     OmParsedLine line;
-    CLI::App app(kDescription, "velflash-cli");
+    CLI::App app(kDescription, kProgram);
+    app.formatter(std::make_shared<OmHelpFormatter>());
+    app.failure_message(DescribeFailure);
     app.footer(kFooter);
     app.require_subcommand(0, 1); // with 1 an unknown command would not be named
-    app.get_formatter()->column_width(28);
     AddGeneralOptions(app, line.options);
     AddConnectionOptions(app, line.options.connection);
     for (const OmCommand& command : GetCommands())

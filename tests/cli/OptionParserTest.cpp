@@ -108,20 +108,24 @@ TEST_F(OptionParser, WrongLinesAreExplainedAndEndWithTwo) {
         const char* error;
     } const cases[] = {
         {"", "A command is required"},
-        {"frob", "The following argument was not expected: frob"},
+        {"frob", "not expected: frob"},
         {"check", "SETUP is required"},
         {"program s", "DATA is required"},
-        {"chain extra", "The following argument was not expected: extra"},
-        {"chain --frob", "The following argument was not expected: --frob"},
-        {"chain -c none", "'none' is not one of ft2232"},
+        {"chain extra", "not expected: extra"},
+        {"chain --frob", "not expected: --frob"},
+        {"chain --cabel ft2232", "not expected: --cabel ft2232"},
+        {"chain -c none", "velflash-cli: --cable: 'none' is not one of ft2232"},
         {"chain -f fast", "'fast' is not a frequency"},
         {"chain --port 4", "'4' is not 1, 2 or 3"},
         {"read s o.bin --from xyz", "'xyz' is not an offset"},
+        {"read s o.bin --size 1F", "'1F' is not a size: decimal, hexadecimal with 0x, or"},
         {"read s o.bin --size 0", "'0' is not a size"},
+        {"program s", "velflash-cli program --help tells more."},
+        {"frob", "\nvelflash-cli --help tells more."},
         {"read s o.xyz", "'o.xyz' has no extension of a data file; use --format"},
         {"read s o.bin --format elf", "'elf' is not srec, hex or raw"},
         {"program s d -e all", "'all' is not needed, chip, none or a list of sectors"},
-        {"program s d --from 0", "The following argument"},
+        {"program s d --from 0", "not expected: --from 0"},
         {"erase s --offset 10", "--offset: needs a data file"},
         {"erase s d --sectors 1", "DATA: cannot be given together with a part of the flash"},
         {"erase s --sectors 1 --from 0", "cannot be given together with --from and --size"},
@@ -141,10 +145,28 @@ TEST_F(OptionParser, HelpIsNoError) {
     EXPECT_EQ(Parse("--help").exitCode, 0);
     EXPECT_EQ(CommandName(), "none");
     for (const OmCommand& command : GetCommands()) {
-        EXPECT_NE(out_.str().find(command.help), std::string::npos) << command.name;
+        EXPECT_NE(out_.str().find(std::string("\n  ") + command.name + " "), std::string::npos)
+            << command.name;
     }
     EXPECT_EQ(Parse("program --help").exitCode, 0);
     EXPECT_NE(out_.str().find("--no-verify"), std::string::npos);
+}
+
+TEST_F(OptionParser, HelpFitsATerminal) {
+    std::vector<std::string> lines{"--help"};
+    for (const OmCommand& command : GetCommands())
+        lines.push_back(std::string(command.name) + " --help");
+    for (const std::string& line : lines) {
+        EXPECT_EQ(Parse(line).exitCode, 0) << line;
+        std::istringstream text(out_.str());
+        for (std::string row; std::getline(text, row);)
+            EXPECT_LT(row.size(), 80u) << row;
+        EXPECT_EQ(out_.str().find("TEXT REQUIRED"), std::string::npos) << line;
+        EXPECT_NE(out_.str().find("--cable"), std::string::npos) << line;
+    }
+}
+
+TEST_F(OptionParser, VersionIsTheProducts) {
     EXPECT_EQ(Parse("--version").exitCode, 0);
     EXPECT_EQ(out_.str(), "velflash-cli Version 1.3.1, build 1525, Aug 13 2010\n");
 }
