@@ -15,10 +15,14 @@ bool NamesSectors(const OmCliOptions& options) {
     return !options.sectors.empty() || options.from || options.size;
 }
 
+bool EraseOffsets(const OmSectorRange& offsets, OmConsoleProgress& progress) {
+    progress.BeginSteps(offsets.size());
+    return OmFlashProgrammer::GetInstance().EraseSectors(progress, offsets);
+}
+
 bool EraseSelected(const OmCliOptions& options, OmConsoleProgress& progress) {
     OmSectorRange offsets;
-    return SelectSectors(options, offsets) &&
-           OmFlashProgrammer::GetInstance().EraseSectors(progress, offsets);
+    return SelectSectors(options, offsets) && EraseOffsets(offsets, progress);
 }
 
 // A sector of the data that is not in the map would be programmed without having been erased.
@@ -26,11 +30,14 @@ bool EraseForData(const OmDataImage& image, OmConsoleProgress& progress) {
     const OmSectorRange offsets = GetSectorsForData(image);
     if (offsets.empty())
         return Fail(L"Nothing to erase -- data starting address is beyond flash address space");
-    return OmFlashProgrammer::GetInstance().EraseSectors(progress, offsets);
+    return EraseOffsets(offsets, progress);
 }
 
+// An Intel flash has no command for the whole chip, and its sectors go one by one.
 bool EraseEntire(OmConsoleProgress& progress) {
-    return OmFlashProgrammer::GetInstance().EraseChip(progress);
+    OmFlashProgrammer& programmer = OmFlashProgrammer::GetInstance();
+    progress.BeginSteps(IsAmd(programmer.commandSet) ? 0 : programmer.sectors.GetSectorCount());
+    return programmer.EraseChip(progress);
 }
 
 // The sectors that the data needs, or the chip if its sectors are unknown. A flash that cannot be
@@ -76,6 +83,7 @@ using SetLocks = bool (OmFlashProgrammer::*)(OmProgressCallback&, const OmSector
 
 bool SetSectorLocks(const OmSectorRange& offsets, SetLocks set, const wchar_t* success,
                     OmConsoleProgress& progress) {
+    progress.BeginSteps(offsets.size());
     if (!(OmFlashProgrammer::GetInstance().*set)(progress, offsets))
         return false;
     progress.OnFinish();
@@ -90,7 +98,6 @@ bool RunErase(const OmCliOptions& options, OmConsoleProgress& progress) {
     if ((!options.dataFile.empty() && !LoadActionData(options, image)) ||
         !OmFlashProgrammer::GetInstance().Prepare(kPrepareChange))
         return false;
-    progress.Begin(0);
     if (!EraseAsAsked(options, image, progress))
         return false;
     progress.OnFinish();
@@ -104,7 +111,6 @@ bool RunProgram(const OmCliOptions& options, OmConsoleProgress& progress) {
     if (!LoadActionData(options, image) || !programmer.Prepare(kPrepareChange) ||
         !CheckDataFits(image))
         return false;
-    progress.Begin(0);
     if (!EraseBeforeProgram(options, image, progress))
         return false;
     progress.Begin(image.GetByteCount());

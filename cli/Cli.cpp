@@ -8,26 +8,15 @@
 #include "cli/ExitCodes.h"
 #include "cli/Interrupt.h"
 #include "cli/OptionParser.h"
+#include "cli/Terminal.h"
 #include "flash/FlashProgrammer.h"
 #include "platform/Paths.h"
 #include "platform/Text.h"
 
+#include <cerrno>
 #include <iostream>
-#ifdef _WIN32
-#include <io.h>
-#else
-#include <unistd.h>
-#endif
 
 namespace {
-
-bool IsTerminal(std::FILE* stream) {
-#ifdef _WIN32
-    return _isatty(_fileno(stream)) != 0;
-#else
-    return isatty(fileno(stream)) != 0;
-#endif
-}
 
 OmProgressStyle ChooseProgressStyle(bool quiet) {
     if (quiet)
@@ -60,16 +49,41 @@ class ConsoleSession {
     OmLogSink* previousLog_;
 };
 
+// What keeps a file from being read; what stands in it if nothing does.
+std::wstring DescribeUnread(const std::string& path, const wchar_t* content) {
+    errno = 0;
+    std::FILE* stream = std::fopen(path.c_str(), "rb");
+    const bool read = stream && (std::fgetc(stream) != EOF || !std::ferror(stream));
+    const int error = errno;
+    if (stream)
+        std::fclose(stream);
+    return read ? content : DescribeSystemError(error);
+}
+
 bool LoadSetup(const OmCliOptions& options) {
     return OmFlashProgrammer::GetInstance().LoadDesignSetup(options.setupFile) ||
-           Fail(L"Failed to load setup file '" + FromLocal(options.setupFile) + L"'.");
+           Fail(L"Failed to load setup file '" + FromLocal(options.setupFile) + L"'.\n" +
+                DescribeUnread(options.setupFile, L"It is no setup file, or a damaged one."));
 }
 
 // Why a pod does not open stands in the log alone.
 void HintAtLog(const OmCliOptions& options) {
     const OmFlashProgrammer& programmer = OmFlashProgrammer::GetInstance();
-    if (programmer.analyzer && !programmer.cable && !options.log)
-        Fail(L"The option --log shows why.");
+    if (!programmer.analyzer || programmer.cable)
+        return;
+    const std::string cable = GetCableName(programmer.settings.cableType);
+    Fail(L"The cable is " + FromLocal(cable) +
+         (options.connection.cable ? L"." : L", as set in velflash; --cable names another.") +
+         (options.log ? L"" : L" The option --log shows what failed."));
+}
+
+// A report that did not reach its reader is a failure. One who closes the pipe, as `head` does, has
+// read enough and needs no message.
+bool FlushReport() {
+    errno = 0;
+    if (std::fflush(stdout) == 0 && !std::ferror(stdout))
+        return true;
+    return errno == EPIPE ? false : Fail(L"Writing to standard output failed.");
 }
 
 // The pod is closed before the program ends, while what it uses is still there.
@@ -81,19 +95,18 @@ bool RunCommand(const OmCommand& command, const OmCliOptions& options) {
         HintAtLog(options);
     if (command.uses & kUsesConnection)
         OmFlashProgrammer::GetInstance().CloseCable();
-    // A report that did not reach its reader is a failure.
-    if (std::fflush(stdout) != 0 || std::ferror(stdout))
-        return Fail(L"Writing to standard output failed.");
-    return good;
+    return FlushReport() && good;
 }
 
 } // namespace
 
 int RunCli(int argc, const char* const* argv) {
     const OmParsedLine line = ParseCommandLine(argc, argv, std::cout, std::cerr);
-    if (!line.command)
-        return line.exitCode;
     const ConsoleSession session(line.options);
+    if (!line.command) {
+        std::cout.flush(); // a help page
+        return FlushReport() ? line.exitCode : kExitFailed;
+    }
     SetManufacturerTablePath(ToLocal(GetProgramDirectory()) + "/mfrid.dat");
     if (line.command->uses & kUsesConnection) {
         std::string error;

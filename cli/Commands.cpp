@@ -1,6 +1,9 @@
 #include "cli/Commands.h"
 
+#include "platform/Text.h"
 #include "platform/UserInterface.h"
+
+#include <system_error>
 
 namespace {
 
@@ -39,6 +42,10 @@ std::span<const OmCommand> GetCommands() {
 bool Fail(const std::wstring& text) {
     ShowMessage(text, kErrorBox);
     return false;
+}
+
+std::wstring DescribeSystemError(int error) {
+    return FromLocal(std::generic_category().message(error)) + L".";
 }
 
 void ReportSuccess(const std::wstring& text) {

@@ -51,4 +51,7 @@ bool RunBsdl(const OmCliOptions& options, OmConsoleProgress& progress);
 // A message of failure; answers false.
 bool Fail(const std::wstring& text);
 
+// What errno means, as a sentence.
+std::wstring DescribeSystemError(int error);
+
 void ReportSuccess(const std::wstring& text);

@@ -1,5 +1,7 @@
 #include "cli/Connection.h"
 
+#include "platform/Text.h"
+
 #include <algorithm>
 #include <charconv>
 
@@ -12,56 +14,39 @@ struct CableRow {
     const char* name;
     OmCableType type;
     int32_t Settings::*frequency;
+    int32_t highestFrequency; // Hz
     std::string Settings::*serial;
     std::string Settings::*description;
     bool hasPort;
 };
 
+constexpr int32_t kLowestFrequency = 1000; // Hz, for all that have one
+constexpr int32_t kHighestJLinkNumber = 3;
+constexpr int32_t kHighestTcpPort = 65535;
+
 constexpr CableRow kCables[] = {
-    {"ft2232", OmCableType::Ftd2xx, &Settings::ftd2xxFrequency, &Settings::ftd2xxSerial,
+    {"ft2232", OmCableType::Ftd2xx, &Settings::ftd2xxFrequency, 30000000, &Settings::ftd2xxSerial,
      &Settings::ftd2xxDescription, false},
-    {"usb-blaster", OmCableType::AlteraUsbBlaster, nullptr, &Settings::usbBlasterSerial,
+    {"usb-blaster", OmCableType::AlteraUsbBlaster, nullptr, 0, &Settings::usbBlasterSerial,
      &Settings::usbBlasterDescription, false},
-    {"jlink", OmCableType::JLinkUsb, &Settings::jlinkUsbFrequency, nullptr, nullptr, false},
-    {"jlink-ip", OmCableType::JLinkIp, &Settings::jlinkIpFrequency, nullptr, nullptr, false},
-    {"digilent", OmCableType::DigilentAdept, nullptr, &Settings::digilentId, nullptr, false},
-    {"xilinx3", OmCableType::XilinxParallelCable3, &Settings::lptFrequency, nullptr, nullptr, true},
-    {"byteblaster", OmCableType::AlteraByteBlasterMV, &Settings::lptFrequency, nullptr, nullptr,
-     true},
-    {"ispdownload", OmCableType::LatticeParallelIspDownload, &Settings::lptFrequency, nullptr,
+    {"jlink", OmCableType::JLinkUsb, &Settings::jlinkUsbFrequency, 12000000, nullptr, nullptr,
+     false},
+    {"jlink-ip", OmCableType::JLinkIp, &Settings::jlinkIpFrequency, 12000000, nullptr, nullptr,
+     false},
+    {"digilent", OmCableType::DigilentAdept, nullptr, 0, &Settings::digilentId, nullptr, false},
+    {"xilinx3", OmCableType::XilinxParallelCable3, &Settings::lptFrequency, 200000, nullptr,
      nullptr, true},
-    {"wiggler", OmCableType::Wiggler, &Settings::lptFrequency, nullptr, nullptr, true},
-    {"easyice", OmCableType::EmbestEasyIce, &Settings::lptFrequency, nullptr, nullptr, true},
+    {"byteblaster", OmCableType::AlteraByteBlasterMV, &Settings::lptFrequency, 200000, nullptr,
+     nullptr, true},
+    {"ispdownload", OmCableType::LatticeParallelIspDownload, &Settings::lptFrequency, 200000,
+     nullptr, nullptr, true},
+    {"wiggler", OmCableType::Wiggler, &Settings::lptFrequency, 200000, nullptr, nullptr, true},
+    {"easyice", OmCableType::EmbestEasyIce, &Settings::lptFrequency, 200000, nullptr, nullptr,
+     true},
 };
 
 const CableRow& FindRow(OmCableType type) {
     return *std::ranges::find(kCables, type, &CableRow::type);
-}
-
-// The number of a J-Link on USB stands for its serial number.
-bool SetSerial(const CableRow& row, const std::string& serial, Settings& settings) {
-    if (row.serial) {
-        settings.*row.serial = serial;
-        return true;
-    }
-    if (row.type != OmCableType::JLinkUsb)
-        return false;
-    const char* end = serial.data() + serial.size();
-    const auto [stop, error] = std::from_chars(serial.data(), end, settings.jlinkUsbNumber);
-    return error == std::errc{} && stop == end;
-}
-
-bool SetServer(const CableRow& row, const std::string& server, Settings& settings) {
-    if (row.type != OmCableType::JLinkIp)
-        return false;
-    const size_t colon = server.rfind(':');
-    settings.jlinkIpHost = server.substr(0, colon);
-    if (colon == std::string::npos)
-        return true;
-    const char* end = server.data() + server.size();
-    const auto [stop, error] =
-        std::from_chars(server.data() + colon + 1, end, settings.jlinkIpPort);
-    return error == std::errc{} && stop == end;
 }
 
 template <typename Value>
@@ -71,32 +56,74 @@ bool SetMember(Value Settings::*member, const Value& value, Settings& settings) 
     return member != nullptr;
 }
 
-bool SetAdaptiveClocking(const CableRow& row, bool adaptive, Settings& settings) {
-    settings.ftd2xxAdaptiveClocking = adaptive;
-    return row.type == OmCableType::Ftd2xx;
+bool ParseNumber(std::string_view text, int32_t highest, int32_t& number) {
+    const char* end = text.data() + text.size();
+    const auto [stop, error] = std::from_chars(text.data(), end, number);
+    return error == std::errc{} && stop == end && number >= 0 && number <= highest;
 }
 
-bool SetPort(const CableRow& row, int32_t port, Settings& settings) {
+// One option each: what is wrong with its value, if anything is; nullopt if the cable has no such
+// option.
+using Refusal = std::optional<std::string>;
+
+Refusal SetFrequency(const CableRow& row, int32_t hertz, Settings& settings) {
+    if (!SetMember(row.frequency, hertz, settings))
+        return std::nullopt;
+    if (hertz >= kLowestFrequency && hertz <= row.highestFrequency)
+        return "";
+    return OmFormat("the cable %s takes %d to %d Hz", row.name, kLowestFrequency,
+                    row.highestFrequency);
+}
+
+// The number of a J-Link on USB stands for its serial number.
+Refusal SetSerial(const CableRow& row, const std::string& serial, Settings& settings) {
+    if (row.type == OmCableType::JLinkUsb)
+        return ParseNumber(serial, kHighestJLinkNumber, settings.jlinkUsbNumber)
+                   ? ""
+                   : OmFormat("a jlink has a number from 0 to %d, not '%s'", kHighestJLinkNumber,
+                              serial.c_str());
+    return SetMember(row.serial, serial, settings) ? Refusal("") : std::nullopt;
+}
+
+Refusal SetDescription(const CableRow& row, const std::string& text, Settings& settings) {
+    return SetMember(row.description, text, settings) ? Refusal("") : std::nullopt;
+}
+
+Refusal SetServer(const CableRow& row, const std::string& server, Settings& settings) {
+    if (row.type != OmCableType::JLinkIp)
+        return std::nullopt;
+    const size_t colon = server.rfind(':');
+    settings.jlinkIpHost = server.substr(0, colon);
+    if (settings.jlinkIpHost.empty())
+        return "'" + server + "' names no host";
+    if (colon == std::string::npos || ParseNumber(std::string_view(server).substr(colon + 1),
+                                                  kHighestTcpPort, settings.jlinkIpPort))
+        return "";
+    return "'" + server + "' does not end with the number of a port";
+}
+
+Refusal SetPort(const CableRow& row, int32_t port, Settings& settings) {
     settings.lptPort = port;
-    return row.hasPort;
+    return row.hasPort ? Refusal("") : std::nullopt;
 }
 
-// The first option that does not suit the cable; empty if all do.
-std::string FindUnsuitable(const CableRow& row, const OmConnectionChoice& choice,
-                           Settings& settings) {
-    if (choice.frequency && !SetMember(row.frequency, *choice.frequency, settings))
-        return "--frequency";
-    if (choice.serial && !SetSerial(row, *choice.serial, settings))
-        return "--serial";
-    if (choice.description && !SetMember(row.description, *choice.description, settings))
-        return "--description";
-    if (choice.server && !SetServer(row, *choice.server, settings))
-        return "--server";
-    if (choice.lptPort && !SetPort(row, *choice.lptPort, settings))
-        return "--port";
-    if (choice.adaptiveClocking && !SetAdaptiveClocking(row, *choice.adaptiveClocking, settings))
-        return "--adaptive";
-    return {};
+Refusal SetAdaptiveClocking(const CableRow& row, bool adaptive, Settings& settings) {
+    settings.ftd2xxAdaptiveClocking = adaptive;
+    return row.type == OmCableType::Ftd2xx ? Refusal("") : std::nullopt;
+}
+
+// Puts in one option, if it was given; false with a text if it cannot be.
+template <typename Value, typename Set>
+bool ApplyOption(const char* option, const std::optional<Value>& value, Set set,
+                 const CableRow& row, Settings& settings, std::string& error) {
+    if (!value)
+        return true;
+    const Refusal refusal = set(row, *value, settings);
+    if (!refusal)
+        error = std::string(option) + " does not suit the cable " + row.name;
+    else if (!refusal->empty())
+        error = std::string(option) + ": " + *refusal;
+    return error.empty();
 }
 
 } // namespace
@@ -104,6 +131,10 @@ std::string FindUnsuitable(const CableRow& row, const OmConnectionChoice& choice
 std::optional<OmCableType> FindCable(const std::string& name) {
     const auto row = std::ranges::find(kCables, name, &CableRow::name);
     return row == std::end(kCables) ? std::nullopt : std::optional(row->type);
+}
+
+std::string GetCableName(OmCableType type) {
+    return FindRow(type).name;
 }
 
 std::string ListCableNames() {
@@ -118,10 +149,13 @@ bool ApplyConnection(const OmConnectionChoice& choice, OmConnectionSettings& set
     if (choice.cable)
         settings.cableType = *choice.cable;
     const CableRow& row = FindRow(settings.cableType);
-    const std::string option = FindUnsuitable(row, choice, settings);
-    if (!option.empty())
-        error = option + " does not suit the cable " + row.name;
-    else if (!settings.IsValid())
-        error = std::string("a value is out of range for the cable ") + row.name;
-    return error.empty();
+    const auto apply = [&](const char* option, const auto& value, auto set) {
+        return ApplyOption(option, value, set, row, settings, error);
+    };
+    return apply("--frequency", choice.frequency, SetFrequency) &&
+           apply("--serial", choice.serial, SetSerial) &&
+           apply("--description", choice.description, SetDescription) &&
+           apply("--server", choice.server, SetServer) &&
+           apply("--port", choice.lptPort, SetPort) &&
+           apply("--adaptive", choice.adaptiveClocking, SetAdaptiveClocking);
 }

@@ -8,6 +8,8 @@
 // Null for an unknown name.
 std::optional<OmCableType> FindCable(const std::string& name);
 
+std::string GetCableName(OmCableType type);
+
 // "ft2232, usb-blaster, ..."
 std::string ListCableNames();
 

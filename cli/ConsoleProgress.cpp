@@ -1,13 +1,16 @@
 #include "cli/ConsoleProgress.h"
 
 #include "cli/Interrupt.h"
+#include "cli/Terminal.h"
 #include "platform/Clock.h"
 #include "platform/Text.h"
 
+#include <algorithm>
+
 namespace {
 
+constexpr size_t kEchoLength = 2; // the terminal shows ^C where the line ends
 constexpr uint64_t kShowEveryMilliseconds = 100;
-constexpr char kClearLine[] = "\r\033[K"; // ECMA-48: erase from the cursor to the end of the line
 
 std::string FormatRate(double bytesPerSecond) {
     if (bytesPerSecond >= 1048576)
@@ -26,17 +29,20 @@ std::string FormatTime(uint64_t milliseconds) {
 
 void OmConsoleProgress::Begin(uint64_t bytes) {
     bytes_ = bytes;
+    steps_ = 0;
+    messages_ = 0;
     message_.clear();
+}
+
+void OmConsoleProgress::BeginSteps(uint64_t steps) {
+    Begin(0);
+    steps_ = steps;
 }
 
 bool OmConsoleProgress::OnProgress(int percent, const wchar_t* message) {
     const bool isNew = message && message_ != message;
-    if (isNew) {
-        message_ = message;
-        shownTenth_ = 0;
-        if (percent <= 0)
-            started_ = GetClock().Milliseconds();
-    }
+    if (isNew)
+        TakeMessage(percent, message);
     if (style_ == OmProgressStyle::Lines)
         ShowLine(percent, isNew);
     if (style_ == OmProgressStyle::Terminal &&
@@ -45,20 +51,40 @@ bool OmConsoleProgress::OnProgress(int percent, const wchar_t* message) {
     return !IsInterrupted();
 }
 
+// Messages that follow each other in one step share its clock.
+void OmConsoleProgress::TakeMessage(int percent, const wchar_t* message) {
+    message_ = message;
+    shownTenth_ = 0;
+    ++messages_;
+    if (percent <= 0 && (steps_ == 0 || messages_ == 1))
+        started_ = GetClock().Milliseconds();
+}
+
 void OmConsoleProgress::OnFinish() {
-    if (!lineIsOpen_)
+    if (shownLength_ == 0)
         return;
-    std::fputs(kClearLine, stream_);
+    WriteOver({});
+    std::fputc('\r', stream_);
     std::fflush(stream_);
-    lineIsOpen_ = false;
 }
 
 void OmConsoleProgress::ShowOnTerminal(int percent) {
     shown_ = GetClock().Milliseconds();
-    std::fprintf(stream_, "%s%s%s", kClearLine, ToLocal(message_).c_str(),
-                 FormatState(percent, shown_ - started_).c_str());
+    WriteOver(ToLocal(message_) + FormatState(percent, shown_ - started_));
     std::fflush(stream_);
-    lineIsOpen_ = true;
+}
+
+// With blanks over what is left of the line before: not every console knows how to erase. A line
+// longer than the terminal is wide would go on below, and could not be written over.
+void OmConsoleProgress::WriteOver(std::string line) {
+    const size_t room = GetTerminalWidth(stream_) - 1;
+    line.resize(std::min(line.size(), room));
+    const size_t length = line.size();
+    const size_t written = shownLength_ + (IsInterrupted() ? kEchoLength : 0);
+    if (length < written)
+        line.resize(std::min(written, room), ' ');
+    std::fprintf(stream_, "\r%s", line.c_str());
+    shownLength_ = length;
 }
 
 void OmConsoleProgress::ShowLine(int percent, bool isNew) {
@@ -74,7 +100,7 @@ void OmConsoleProgress::ShowLine(int percent, bool isNew) {
 // Percent, rate and time left, as far as they are known.
 std::string OmConsoleProgress::FormatState(int percent, uint64_t elapsed) const {
     if (percent < 0)
-        return "  " + FormatTime(elapsed);
+        return steps_ > 0 ? FormatSteps(elapsed) : "  " + FormatTime(elapsed);
     std::string state = OmFormat("  %d%%", percent);
     if (percent == 0 || elapsed == 0)
         return state;
@@ -83,4 +109,13 @@ std::string OmConsoleProgress::FormatState(int percent, uint64_t elapsed) const 
                                    static_cast<double>(elapsed));
     const auto done = static_cast<uint64_t>(percent);
     return state + "  " + FormatTime(elapsed * (100 - done) / done) + " left";
+}
+
+// By the pieces that are done; the one at hand is not.
+std::string OmConsoleProgress::FormatSteps(uint64_t elapsed) const {
+    const uint64_t done = std::min(messages_ - std::min<uint64_t>(messages_, 2), steps_);
+    if (done == 0)
+        return "  0%  " + FormatTime(elapsed);
+    return OmFormat("  %llu%%", static_cast<unsigned long long>(done * 100 / steps_)) + "  " +
+           FormatTime(elapsed * (steps_ - done) / done) + " left";
 }

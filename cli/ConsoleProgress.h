@@ -22,22 +22,31 @@ class OmConsoleProgress : public OmProgressCallback {
     // A step begins that moves so many bytes in all; 0 if that cannot be told.
     void Begin(uint64_t bytes);
 
+    // A step begins that goes through so many pieces with no percent of its own: a heading first,
+    // then a message for each piece.
+    void BeginSteps(uint64_t steps);
+
     // False once the user has pressed Ctrl+C.
     bool OnProgress(int percent, const wchar_t* message) override;
 
     void OnFinish() override; // may come at any time, also more than once
 
   private:
+    void TakeMessage(int percent, const wchar_t* message);
     void ShowOnTerminal(int percent);
+    void WriteOver(std::string line);
     void ShowLine(int percent, bool isNew);
     std::string FormatState(int percent, uint64_t elapsed) const;
+    std::string FormatSteps(uint64_t elapsed) const;
 
     std::FILE* stream_;
     OmProgressStyle style_;
     uint64_t bytes_ = 0;
+    uint64_t steps_ = 0;
+    uint64_t messages_ = 0; // since the step began
     std::wstring message_;
-    uint64_t started_ = 0;    // milliseconds
-    uint64_t shown_ = 0;      // likewise, when the line was last written
-    int shownTenth_ = 0;      // tenths of the whole of which a line has told
-    bool lineIsOpen_ = false; // on a terminal
+    uint64_t started_ = 0;   // milliseconds
+    uint64_t shown_ = 0;     // likewise, when the line was last written
+    int shownTenth_ = 0;     // tenths of the whole of which a line has told
+    size_t shownLength_ = 0; // of the line that is open on a terminal; 0 for none
 };

@@ -4,9 +4,11 @@
 #include "cli/Commands.h"
 #include "data/DataFiles.h"
 #include "data/DataImage.h"
+#include "platform/FileReplacement.h"
 #include "platform/Text.h"
 
 #include <algorithm>
+#include <cerrno>
 
 namespace {
 
@@ -35,6 +37,10 @@ bool Write(const std::string& path, OmDataFormat format, const OmDataImage& imag
     return WriteRawChunk(path, image, 0); // what was read is one piece
 }
 
+bool FailToSave(const std::string& path, int error) {
+    return Fail(L"Failed to save '" + FromLocal(path) + L"'.\n" + DescribeSystemError(error));
+}
+
 } // namespace
 
 std::optional<OmDataFormat> GuessFormat(const std::string& path) {
@@ -48,8 +54,19 @@ std::optional<OmDataFormat> GuessFormat(const std::string& path) {
     return found == std::end(kExtensions) ? std::nullopt : std::optional(found->format);
 }
 
+bool CheckOutput(const std::string& path) {
+    const std::filesystem::path target = PathFromLocal(path);
+    std::error_code error;
+    const std::filesystem::file_status status = std::filesystem::status(target, error);
+    // A pipe would take this for the end.
+    if (std::filesystem::is_other(status))
+        return true;
+    OmFileReplacement probe(target, OmFileReplacement::Mode::Binary);
+    return probe.Write({}) || FailToSave(path, errno);
+}
+
 bool SaveData(const std::string& path, OmDataFormat format, const OmDataImage& image) {
-    return Write(path, format, image) || Fail(L"Failed to save '" + FromLocal(path) + L"'.");
+    return Write(path, format, image) || FailToSave(path, errno);
 }
 
 OmDataImage CropImage(const OmDataImage& image, uint32_t start, uint32_t size) {

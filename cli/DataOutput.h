@@ -7,6 +7,10 @@
 // By the file name's extension; nothing if it tells none.
 std::optional<OmDataFormat> GuessFormat(const std::string& path);
 
+// Whether a file could be written there, as far as that shows before anything is: hours of reading
+// must not end at a folder that is not there. Reports its own failure; leaves no trace.
+bool CheckOutput(const std::string& path);
+
 // Reports its own failure.
 bool SaveData(const std::string& path, OmDataFormat format, const OmDataImage& image);
 

@@ -28,7 +28,8 @@ bool GetRangesToCheck(const OmCliOptions& options, const OmDataImage& image,
 bool RunRead(const OmCliOptions& options, OmConsoleProgress& progress) {
     OmFlashProgrammer& programmer = OmFlashProgrammer::GetInstance();
     OmAddressRange range;
-    if (!programmer.Prepare(kPrepareNone) || !GetFlashRange(options, range))
+    if (!CheckOutput(options.outputFile) || !programmer.Prepare(kPrepareNone) ||
+        !GetFlashRange(options, range))
         return false;
     progress.Begin(range.size);
     OmDataImage image;

@@ -18,8 +18,12 @@ void OnSignal(int signal) {
 void InstallInterrupt() {
     std::signal(SIGINT, OnSignal);
     std::signal(SIGTERM, OnSignal);
-#ifdef SIGPIPE
+#ifndef _WIN32
+    // The terminal is closed; under nohup the program goes on.
+    if (std::signal(SIGHUP, OnSignal) == SIG_IGN)
+        std::signal(SIGHUP, SIG_IGN);
     std::signal(SIGPIPE, SIG_IGN);
+    std::signal(SIGXFSZ, SIG_IGN);
 #endif
 }
 

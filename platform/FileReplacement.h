@@ -23,17 +23,21 @@ class OmFileReplacement {
     OmFileReplacement(const OmFileReplacement&) = delete;
     OmFileReplacement& operator=(const OmFileReplacement&) = delete;
 
-    // False once anything has failed; the file is then not replaced.
+    // False once anything has failed; the file is then not replaced, and errno tells what failed
+    // first.
     bool Write(std::string_view text);
 
-    // Puts the written file in place; false if anything has failed. To be called once.
+    // Puts the written file in place; false, with errno, if anything has failed. To be called once.
     bool Commit();
 
   private:
+    void Open(Mode mode);
     bool Close();
+    void Note(bool succeeded);
+    bool Answer() const;
 
     std::filesystem::path target_;
     std::filesystem::path temporary_; // empty for a target that is written directly
     std::FILE* stream_ = nullptr;
-    bool good_ = false;
+    int error_ = 0; // errno of what failed first; 0 while all is well
 };

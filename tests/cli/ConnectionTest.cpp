@@ -16,6 +16,7 @@ TEST(CliConnection, EveryCableHasAName) {
                                 "byteblaster, ispdownload, wiggler, easyice");
     EXPECT_EQ(FindCable("ft2232"), OmCableType::Ftd2xx);
     EXPECT_EQ(FindCable("easyice"), OmCableType::EmbestEasyIce);
+    EXPECT_EQ(GetCableName(OmCableType::JLinkIp), "jlink-ip");
     EXPECT_FALSE(FindCable("FT2232"));
     EXPECT_FALSE(FindCable(""));
 }
@@ -77,21 +78,29 @@ TEST(CliConnection, WhatTheCableLacksIsRefused) {
         {"wiggler", [](OmConnectionChoice& c) { c.serial = "1"; },
          "--serial does not suit the cable wiggler"},
         {"jlink", [](OmConnectionChoice& c) { c.serial = "x"; },
-         "--serial does not suit the cable jlink"},
+         "--serial: a jlink has a number from 0 to 3, not 'x'"},
         {"digilent", [](OmConnectionChoice& c) { c.description = "x"; },
          "--description does not suit the cable digilent"},
         {"ft2232", [](OmConnectionChoice& c) { c.server = "x"; },
          "--server does not suit the cable ft2232"},
         {"jlink-ip", [](OmConnectionChoice& c) { c.server = "x:y"; },
-         "--server does not suit the cable jlink-ip"},
+         "--server: 'x:y' does not end with the number of a port"},
         {"ft2232", [](OmConnectionChoice& c) { c.lptPort = 0; },
          "--port does not suit the cable ft2232"},
         {"jlink", [](OmConnectionChoice& c) { c.adaptiveClocking = false; },
          "--adaptive does not suit the cable jlink"},
         {"jlink", [](OmConnectionChoice& c) { c.serial = "9"; },
-         "a value is out of range for the cable jlink"},
+         "--serial: a jlink has a number from 0 to 3, not '9'"},
         {"ft2232", [](OmConnectionChoice& c) { c.frequency = 60000000; },
-         "a value is out of range for the cable ft2232"},
+         "--frequency: the cable ft2232 takes 1000 to 30000000 Hz"},
+        {"jlink", [](OmConnectionChoice& c) { c.frequency = 999; },
+         "--frequency: the cable jlink takes 1000 to 12000000 Hz"},
+        {"wiggler", [](OmConnectionChoice& c) { c.frequency = 200001; },
+         "--frequency: the cable wiggler takes 1000 to 200000 Hz"},
+        {"jlink-ip", [](OmConnectionChoice& c) { c.server = "x:65536"; },
+         "--server: 'x:65536' does not end with the number of a port"},
+        {"jlink-ip", [](OmConnectionChoice& c) { c.server = ":19020"; },
+         "--server: ':19020' names no host"},
     };
 
     for (const auto& c : cases) {
@@ -101,6 +110,29 @@ TEST(CliConnection, WhatTheCableLacksIsRefused) {
         std::string error;
         EXPECT_FALSE(ApplyConnection(choice, settings, error));
         EXPECT_EQ(error, c.error);
+    }
+}
+
+// What is accepted here must not be out of range for the settings.
+TEST(CliConnection, HighestValuesAreThoseOfTheSettings) {
+    struct {
+        const char* cable;
+        int32_t highest;
+    } const cases[] = {{"ft2232", 30000000},
+                       {"jlink", 12000000},
+                       {"jlink-ip", 12000000},
+                       {"xilinx3", 200000},
+                       {"easyice", 200000}};
+
+    for (const auto& c : cases) {
+        for (const int32_t frequency : {1000, c.highest}) {
+            OmConnectionChoice choice = Choose(c.cable);
+            choice.frequency = frequency;
+            OmConnectionSettings settings;
+            std::string error;
+            EXPECT_TRUE(ApplyConnection(choice, settings, error)) << error;
+            EXPECT_TRUE(settings.IsValid()) << c.cable;
+        }
     }
 }
 

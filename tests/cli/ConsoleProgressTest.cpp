@@ -29,15 +29,15 @@ TEST_F(ConsoleProgress, TerminalShowsPercentRateAndTimeLeft) {
     OmConsoleProgress progress(text_.stream, OmProgressStyle::Terminal);
     progress.Begin(100 * 1024);
     progress.OnProgress(0, L"Reading...");
-    EXPECT_EQ(text_.Take(), "\r\033[KReading...  0%");
+    EXPECT_EQ(text_.Take(), "\rReading...  0%");
     clock_.AdvanceMilliseconds(5000);
     progress.OnProgress(25, nullptr);
-    EXPECT_EQ(text_.Take(), "\r\033[KReading...  25%  5.0 KiB/s  0:15 left");
+    EXPECT_EQ(text_.Take(), "\rReading...  25%  5.0 KiB/s  0:15 left");
     clock_.AdvanceMilliseconds(99);
     progress.OnProgress(26, nullptr);
     EXPECT_EQ(text_.Take(), "") << "a line that changes too often costs more than the scans";
     progress.OnFinish();
-    EXPECT_EQ(text_.Take(), "\r\033[K");
+    EXPECT_EQ(text_.Take(), "\r                                     \r");
     progress.OnFinish();
     EXPECT_EQ(text_.Take(), "");
 }
@@ -47,8 +47,42 @@ TEST_F(ConsoleProgress, TerminalShowsTheTimeOfWhatHasNoFigure) {
     progress.OnProgress(-1, L"Erasing the entire flash...");
     clock_.AdvanceMilliseconds(61000);
     progress.OnProgress(-1, nullptr);
-    EXPECT_EQ(text_.Take(), "\r\033[KErasing the entire flash...  0:00"
-                            "\r\033[KErasing the entire flash...  1:01");
+    EXPECT_EQ(text_.Take(), "\rErasing the entire flash...  0:00"
+                            "\rErasing the entire flash...  1:01");
+}
+
+TEST_F(ConsoleProgress, ShorterLineLeavesNothingOfTheLongerOne) {
+    OmConsoleProgress progress(text_.stream, OmProgressStyle::Terminal);
+    progress.OnProgress(0, L"Verifying...");
+    progress.OnProgress(0, L"Done");
+    progress.OnProgress(0, L"Reading...");
+    EXPECT_EQ(text_.Take(), "\rVerifying...  0%\rDone  0%        \rReading...  0%");
+}
+
+TEST_F(ConsoleProgress, SectorsMakeUpThePercentThatTheEngineDoesNotTell) {
+    OmConsoleProgress progress(text_.stream, OmProgressStyle::Terminal);
+    progress.BeginSteps(4);
+    progress.OnProgress(-1, L"Erasing sectors...");
+    progress.OnProgress(-1, L"Erasing sector 1 of 4...");
+    clock_.AdvanceMilliseconds(10000);
+    progress.OnProgress(-1, nullptr);
+    progress.OnProgress(-1, L"Erasing sector 2 of 4...");
+    clock_.AdvanceMilliseconds(5000);
+    progress.OnProgress(-1, L"Erasing sector 2 of 4...");
+    EXPECT_EQ(text_.Take(), "\rErasing sectors...  0%  0:00"
+                            "\rErasing sector 1 of 4...  0%  0:00"
+                            "\rErasing sector 1 of 4...  0%  0:10"
+                            "\rErasing sector 2 of 4...  25%  0:30 left"
+                            "\rErasing sector 2 of 4...  25%  0:45 left");
+}
+
+TEST_F(ConsoleProgress, SectorsAreOneLineEachInAFile) {
+    OmConsoleProgress progress(text_.stream, OmProgressStyle::Lines);
+    progress.BeginSteps(2);
+    progress.OnProgress(-1, L"Erasing sector 1 of 2...");
+    progress.OnProgress(-1, nullptr);
+    progress.OnProgress(-1, L"Erasing sector 2 of 2...");
+    EXPECT_EQ(text_.Take(), "Erasing sector 1 of 2...\nErasing sector 2 of 2...\n");
 }
 
 TEST_F(ConsoleProgress, NextStepStartsItsOwnClock) {
@@ -61,7 +95,7 @@ TEST_F(ConsoleProgress, NextStepStartsItsOwnClock) {
     clock_.AdvanceMilliseconds(1000);
     text_.Take();
     progress.OnProgress(50, nullptr);
-    EXPECT_EQ(text_.Take(), "\r\033[KVerifying the programmed data...  50%  2.0 MiB/s  0:01 left");
+    EXPECT_EQ(text_.Take(), "\rVerifying the programmed data...  50%  2.0 MiB/s  0:01 left");
 }
 
 TEST_F(ConsoleProgress, QuietSaysNothing) {
@@ -69,6 +103,16 @@ TEST_F(ConsoleProgress, QuietSaysNothing) {
     EXPECT_TRUE(progress.OnProgress(50, L"Reading..."));
     progress.OnFinish();
     EXPECT_EQ(text_.Take(), "");
+}
+
+TEST_F(ConsoleProgress, EchoOfCtrlCIsWrittenOverToo) {
+    OmConsoleProgress progress(text_.stream, OmProgressStyle::Terminal);
+    progress.OnProgress(0, L"Reading...");
+    SetInterrupted(true);
+    text_.Take();
+    progress.OnFinish();
+    EXPECT_EQ(text_.Take(), "\r                \r") << "14 columns, and two for ^C";
+    SetInterrupted(false);
 }
 
 TEST_F(ConsoleProgress, InterruptAsksToStop) {

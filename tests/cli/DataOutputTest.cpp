@@ -47,7 +47,7 @@ TEST(DataOutput, FailureIsToldWithThePath) {
     RecordingUserInterface user;
     OmDataImage image;
     image.SetByte(0, 1);
-    user.Expect(L"Failed to save '/missing/folder/x.bin'.", kErrorBox);
+    user.Expect(L"Failed to save '/missing/folder/x.bin'.\nNo such file or directory.", kErrorBox);
     EXPECT_FALSE(SaveData("/missing/folder/x.bin", OmDataFormat::Raw, image));
 }
 

@@ -34,11 +34,11 @@ class WholeProgram : public ::testing::Test {
     // Runs the program in the test's folder with settings of its own; `line` is for the shell.
     int Run(const std::string& line) {
         const std::string folder = folder_.path.string();
-        const std::string command = "cd '" + folder + "' && XDG_CONFIG_HOME='" + folder +
-                                    "/config' VIRTUALBOARD=test.board VIRTUALBOARD_FLASH_DUMP='" +
-                                    folder + "/flash.bin' VIRTUALBOARD_STATS='" + folder +
-                                    "/stats.json' " + environment_ + OM_PROGRAM + " " + line +
-                                    " 2> errors";
+        const std::string command =
+            "cd '" + folder + "' && " + before_ + "XDG_CONFIG_HOME='" + folder +
+            "/config' VIRTUALBOARD=test.board VIRTUALBOARD_FLASH_DUMP='" + folder +
+            "/flash.bin' VIRTUALBOARD_STATS='" + folder + "/stats.json' " + environment_ +
+            OM_PROGRAM + " " + line + " 2> errors";
         const int status = std::system(command.c_str());
         return WIFEXITED(status) ? WEXITSTATUS(status) : -1;
     }
@@ -64,6 +64,7 @@ class WholeProgram : public ::testing::Test {
         return Errors().find(text) != std::string::npos;
     }
 
+    std::string before_;      // further commands of the shell
     std::string environment_; // further variables, each followed by a blank
     const std::string setup_ = OM_DEMO_SETUP;
     TemporaryFolder folder_;
@@ -118,7 +119,10 @@ TEST_F(WholeProgram, FailuresAreOneAndTold) {
         std::string line;
         const char* error;
     } const cases[] = {
-        {"check missing.velflash", "Failed to load setup file 'missing.velflash'."},
+        {"check missing.velflash", "Failed to load setup file 'missing.velflash'.\n"
+                                   "No such file or directory."},
+        {"check .", "Failed to load setup file '.'.\nIs a directory."},
+        {"check data.bin", "\nIt is no setup file, or a damaged one."},
         {"verify " + setup_ + " missing.bin",
          "Failed to load data file 'missing.bin'.\nError opening file."},
         {"verify " + setup_ + " data.bin", "Data verification failed at offset 00000h."},
@@ -126,7 +130,10 @@ TEST_F(WholeProgram, FailuresAreOneAndTold) {
         {"read " + setup_ + " out.bin --from 800000", "there is nothing at offset 800000h"},
         {"read " + setup_ + " out.bin --from 7FFFFF --size 2",
          "there is nothing at offset 800000h"},
-        {"read " + setup_ + " missing/out.bin --size 2", "Failed to save 'missing/out.bin'."},
+        {"read " + setup_ + " missing/out.bin --size 2",
+         "Failed to save 'missing/out.bin'.\nNo such file or directory."},
+        {"-q read " + setup_ + " /dev/full --size 2 --format raw",
+         "Failed to save '/dev/full'.\nNo space left on device."},
         {"erase " + setup_ + " -s 0,135", "There is no sector 135: the flash has 135 sectors"},
         {"lock " + setup_ + " --all", "Ignore this warning and proceed anyway?\nAnswered No."},
         {"bsdl missing.bsd", "missing.bsd"},
@@ -155,7 +162,11 @@ TEST_F(WholeProgram, IntelSectorsAreLockedAndUnlocked) {
 TEST_F(WholeProgram, PodThatDoesNotOpenPointsAtTheLog) {
     environment_ = "LD_LIBRARY_PATH= "; // no vendor's library is found
     EXPECT_EQ(Run("-c jlink chain"), 1);
-    EXPECT_EQ(Errors(), "Failed to initialize a JTAG connection\nThe option --log shows why.\n");
+    EXPECT_EQ(Errors(), "Failed to initialize a JTAG connection\nThe cable is jlink. The option "
+                        "--log shows what failed.\n");
+    EXPECT_EQ(Run("chain"), 1);
+    EXPECT_TRUE(HasError("The cable is xilinx3, as set in velflash; --cable names another."))
+        << Errors();
     EXPECT_EQ(Run("-c jlink chain --log"), 1);
     EXPECT_TRUE(HasError("*** FAILED ***")) << Errors();
     EXPECT_FALSE(HasError("The option --log")) << Errors();
@@ -181,6 +192,65 @@ TEST_F(WholeProgram, BsdlReportGoesToStandardOutput) {
     EXPECT_EQ(Run("bsdl " OM_DEMO_BSDL " > out"), 0) << Errors();
     EXPECT_EQ(ReadWholeFile(folder_.Path("out")).substr(0, 28), "Device name: VELDEMO_PMU20\n\n");
     EXPECT_EQ(Errors(), "");
+}
+
+// Hours of reading must not end at a folder that is not there.
+TEST_F(WholeProgram, PlaceOfTheOutputIsLookedAtBeforeTheFlash) {
+    EXPECT_EQ(RunOnPod("read " + setup_ + " missing/out.bin"), 1);
+    EXPECT_EQ(Errors(), "Failed to save 'missing/out.bin'.\nNo such file or directory.\n");
+    folder_.Write("out.bin", "kept");
+    EXPECT_EQ(RunOnPod("read " + setup_ + " out.bin --from 800000"), 1);
+    EXPECT_EQ(ReadWholeFile(folder_.Path("out.bin")), "kept");
+}
+
+TEST_F(WholeProgram, FileSizeLimitIsAFullDiskAndCostsNothing) {
+    folder_.Write("out.bin", "kept");
+    before_ = "ulimit -f 8; ";
+    EXPECT_EQ(RunOnPod("-q read " + setup_ + " out.bin --size 64K"), 1);
+    EXPECT_TRUE(HasError("Failed to save 'out.bin'.\nFile too large.\n")) << Errors();
+    EXPECT_EQ(ReadWholeFile(folder_.Path("out.bin")), "kept");
+    for (const auto& entry : std::filesystem::directory_iterator(folder_.path))
+        EXPECT_NE(entry.path().extension(), ".tmp") << entry.path();
+}
+
+TEST_F(WholeProgram, NamesMayHoldBlanksAndLettersOfAnyLanguage) {
+    const std::string data = MakeData(100);
+    std::filesystem::copy(folder_.Path("data.bin"), folder_.Path("d\303\244t a.bin"));
+    std::filesystem::copy(setup_, folder_.Path("B\303\266ard \342\230\203.velflash"));
+    for (const char* locale : {"C", "C.UTF-8"}) {
+        environment_ = std::string("LC_ALL=") + locale + " ";
+        ASSERT_EQ(RunOnPod("program 'B\303\266ard \342\230\203.velflash' 'd\303\244t a.bin'"), 0)
+            << Errors();
+        EXPECT_EQ(FlashStart(100), data);
+        ASSERT_EQ(RunOnPod("read 'B\303\266ard \342\230\203.velflash' '\303\226 1.bin' --size 5"),
+                  0)
+            << Errors();
+        EXPECT_EQ(ReadWholeFile(folder_.Path("\303\226 1.bin")), std::string(5, '\xFF'));
+        EXPECT_EQ(Run("check '\303\266 \342\230\203.velflash'"), 1);
+        EXPECT_TRUE(HasError("'\303\266 \342\230\203.velflash'")) << Errors();
+    }
+}
+
+TEST_F(WholeProgram, ReaderWhoHasSeenEnoughGetsNoMessage) {
+    EXPECT_EQ(Run("bsdl " OM_DEMO_DIRECTORY "/bsdl/veldemo_cpu144.bsd 2> errors | head -1 > out #"),
+              0);
+    EXPECT_EQ(ReadWholeFile(folder_.Path("out")), "Device name: VELDEMO_CPU144\n");
+    EXPECT_EQ(Errors(), "");
+}
+
+TEST_F(WholeProgram, HelpThatCannotBeWrittenIsAFailure) {
+    EXPECT_EQ(Run("--help > /dev/full"), 1);
+    EXPECT_EQ(Run("program --help > /dev/full"), 1);
+    EXPECT_EQ(Run("--version > /dev/full"), 1);
+    EXPECT_TRUE(HasError("Writing to standard output failed.")) << Errors();
+    EXPECT_EQ(Run("--help > out"), 0);
+}
+
+TEST_F(WholeProgram, ErrorsOfABsdlFileAreTold) {
+    folder_.Write("bad.bsd", "entity X is\n  port (A in bit);\nend X;\n");
+    EXPECT_EQ(Run("bsdl bad.bsd"), 1);
+    EXPECT_TRUE(HasError("(in 'bad.bsd' on line 2)")) << Errors();
+    EXPECT_NE(Errors().substr(Errors().size() - 2), "\n\n");
 }
 
 // The signal comes while sectors are being erased; what was asked last is finished first.

@@ -3,6 +3,7 @@
 #include "tests/support/TemporaryFolder.h"
 
 #include <algorithm>
+#include <cerrno>
 #include <gtest/gtest.h>
 #include <unistd.h>
 
@@ -131,5 +132,29 @@ TEST_F(FileReplacement, DeviceIsWrittenDirectly) {
     EXPECT_TRUE(fs::is_character_file("/dev/null"));
 }
 #endif
+
+TEST_F(FileReplacement, ErrnoTellsWhatFailed) {
+    struct {
+        fs::path target;
+        int error;
+    } const cases[] = {
+        {folder_.path, EISDIR},
+        {folder_.path / "missing/file", ENOENT},
+        {"/dev/full", ENOSPC},
+        {fs::path(), ENOENT},
+    };
+
+    for (const auto& c : cases) {
+        bool committed = true;
+        {
+            OmFileReplacement file(c.target, Mode::Binary);
+            file.Write("content");
+            committed = file.Commit();
+            errno = committed ? 0 : errno;
+        }
+        EXPECT_EQ(errno, c.error) << c.target;
+        EXPECT_FALSE(committed) << c.target;
+    }
+}
 
 } // namespace
