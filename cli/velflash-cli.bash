@@ -1,8 +1,9 @@
 # bash completion for velflash-cli
+# shellcheck shell=bash disable=SC2207 # the words hold no blanks
 
 _velflash_cli() {
-    local cur prev words cword
-    _init_completion || return
+    local cur prev words cword split
+    _init_completion -s || return
     local commands='chain check info read erase blank-check program verify lock unlock reset bsdl'
     local general='--cable --frequency --serial --description --port --server --adaptive --no-adaptive
         --yes --log --quiet --help --version'
@@ -21,6 +22,7 @@ _velflash_cli() {
             --size | -s | --sectors)
             return ;;
     esac
+    $split && return
 
     local command='' files=0 i
     for ((i = 1; i < cword; i++)); do
