@@ -32,7 +32,7 @@ std::FILE* OpenHostFile(const std::filesystem::path& path, bool) {
 }
 
 bool IsHostFileWritable(const std::filesystem::path& path) {
-    return access(path.c_str(), W_OK) == 0;
+    return faccessat(AT_FDCWD, path.c_str(), W_OK, AT_EACCESS) == 0; // as opening it would be
 }
 
 // The owner can only be kept by the superuser, the group only by a member: where that fails the new
