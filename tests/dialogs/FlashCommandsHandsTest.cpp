@@ -6,12 +6,11 @@
 
 namespace {
 
-// Types one key after the other. Without a window manager, keys go where the pointer is.
+// Types one key after the other.
 ModalSteps::Step Keys(std::vector<int> keys) {
     return [keys](wxDialog& shown) {
         wxUIActionSimulator user;
-        user.MouseMove(shown.ClientToScreen(wxPoint(1, 1)));
-        SettleEvents();
+        PointAt(shown);
         for (const int key : keys)
             user.Char(key);
     };
@@ -25,18 +24,12 @@ class HandsTest : public FlashCommandsTest {
         UseSetup(kCmdSetAmd);
         frame_->Raise();
         frame_->SetFocus();
-        PointAtData();
-    }
-
-    void PointAtData() {
-        wxUIActionSimulator user;
-        user.MouseMove(frame_->ClientToScreen(wxPoint(300, 400)));
-        SettleEvents();
+        PointAt(*frame_);
     }
 
     // A key chooses a command; done when `done`.
     void Type(int key, int modifiers, const std::function<bool()>& done) {
-        PointAtData();
+        PointAt(*frame_);
         frame_->UpdateWindowUI();
         frame_->GetMenuBar()->UpdateMenus();
         wxUIActionSimulator user;

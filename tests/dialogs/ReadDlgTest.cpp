@@ -104,7 +104,7 @@ TEST(ReadDlg, CanBeFilledInFromTheKeyboard) {
     ModalSteps user;
     user.Expect("Read", [](wxDialog& shown) {
         wxUIActionSimulator keyboard;
-        SettleEvents();
+        PointAt(shown);
         keyboard.Text("1f");
         keyboard.Char(WXK_TAB);
         keyboard.Text("32");
@@ -122,7 +122,7 @@ TEST(ReadDlg, MnemonicsLeadToTheirBoxes) {
     ModalSteps user;
     user.Expect("Read", [](wxDialog& shown) {
         wxUIActionSimulator keyboard;
-        SettleEvents();
+        PointAt(shown);
         keyboard.Char('S', wxMOD_ALT);
         EXPECT_TRUE(
             WaitFor([&] { return wxWindow::FindFocus() == &BoxBehind(shown, "&Size in bytes:"); }));

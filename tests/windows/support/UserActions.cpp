@@ -4,6 +4,7 @@
 #include <cstdlib>
 #include <gtest/gtest.h>
 #include <thread>
+#include <wx/uiaction.h>
 #include <wx/wx.h>
 
 #include <wx/evtloop.h>
@@ -85,6 +86,12 @@ void TypeText(wxWindow& parent, int id, const wxString& text) {
     ASSERT_NE(control, nullptr) << "no text box " << id;
     ASSERT_TRUE(control->IsThisEnabled()) << "text box " << id << " is disabled";
     control->SetValue(text);
+}
+
+void PointAt(wxWindow& window) {
+    const wxRect area = window.GetScreenRect();
+    wxUIActionSimulator().MouseMove(area.GetPosition() + area.GetSize() / 2);
+    SettleEvents();
 }
 
 void PressKey(wxWindow& window, int keyCode) {

@@ -35,6 +35,9 @@ Control* FindByClass(wxWindow& parent, unsigned index = 0);
 // Gives a control a new value as typing would, so that its events are sent.
 void TypeText(wxWindow& parent, int id, const wxString& text);
 
+// Moves the pointer onto a window. Without a window manager it decides where typed keys go.
+void PointAt(wxWindow& window);
+
 // A key press through the window's own handlers.
 void PressKey(wxWindow& window, int keyCode);
 
