@@ -165,3 +165,32 @@ TEST(Budget, BatchWithStatusIsOneWriteAndOneRead) {
     EXPECT_EQ(large.reads - small.reads, batches - 1);
     EXPECT_EQ(large.writes - small.writes, batches - 1);
 }
+
+// Polls are told by their reports: the opening, the sector, and each poll but the last.
+TEST(Budget, ErasePollCostsOneScanForAmdAndTwoForIntel) {
+    struct Case {
+        const char* set;
+        uint64_t fixedScans;
+        uint64_t scansOfAPoll;
+    };
+
+    const Case cases[] = {
+        // PRELOAD, reset, six cycles with their end, the bus turned round, reset, idle bus.
+        {"amd", 1 + 3 + 13 + 2 + 3 + 1, 1},
+        // PRELOAD, read array, clear status, two cycles with an end each, the bus released, clear
+        // status, read array, idle bus.
+        {"intel", 1 + 3 + 2 + 5 + 1 + 2 + 3 + 1, 2},
+    };
+    for (const Case& c : cases) {
+        SCOPED_TRACE(c.set);
+        const RecordingUserInterface user;
+        Road road(QuickChip(c.set, "0").Set("sector-us", "1000"));
+        ASSERT_TRUE(road.PrepareToProgram());
+        road.progress.reports.clear();
+        const Cost cost =
+            CostOf(road, [&] { return road.programmer.EraseSectors(road.progress, {0}); });
+        const size_t polls = road.progress.reports.size() - 2 + 1;
+        EXPECT_GT(polls, 50u);
+        EXPECT_EQ(cost.scans, c.fixedScans + polls * c.scansOfAPoll);
+    }
+}
