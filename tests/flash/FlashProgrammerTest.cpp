@@ -107,6 +107,47 @@ TEST_F(Programmer, PrepareFindsTheIrLengthOfADeviceNobodyKnows) {
     EXPECT_EQ(programmer.analyzer->devices[1].irLength, 6u);
 }
 
+TEST_F(Programmer, PrepareStopsAtAnIrLengthThatNothingSettles) {
+    OmDesignSetup setup = AmdSetup();
+    setup.devices.emplace_back();
+    programmer.SetDesignSetup(setup);
+    target.devices[0].irLength = 5; // not what the data say
+    target.devices.push_back({0x12345671, 6});
+    ui.Expect(L"The IR (Instruction Register) length of Dev2 device is unknown.\nPlease, specify "
+              L"either the BSDL file or the IR length for this or some other device(s).",
+              kWarningBox, OmAnswer::Ok, L"Error");
+    EXPECT_FALSE(programmer.Prepare(kPrepareNone));
+}
+
+TEST_F(Programmer, PrepareStopsAtAnotherIrLength) {
+    programmer.SetDesignSetup(AmdSetup());
+    target.devices[0].irLength = 5;
+    ui.Expect(L"The detected JTAG chain does not conform to current setup:\n"
+              L"the detected IR length and the IR length set by user (manually or by means of a "
+              L"BSDL file) are different at least for one of the devices.",
+              kWarningBox, OmAnswer::Ok, L"Error");
+    EXPECT_FALSE(programmer.Prepare(kPrepareNone));
+}
+
+TEST_F(Programmer, PrepareNamesEachDeviceWhoseDataCannotDriveIt) {
+    OmDesignSetup setup = AmdSetup();
+    setup.devices[0].bsdl->instructions.clear();
+    programmer.SetDesignSetup(setup);
+    ui.Expect(L"The BSDL file specified for Dev1 (FAKE) device contains errors: failed to read "
+              L"EXTEST instruction code from the BSDL file.\n\n"
+              L"The BSDL file specified for Dev1 (FAKE) device contains errors: failed to read "
+              L"PRELOAD and SAMPLE instructions codes from the BSDL file.",
+              kWarningBox, OmAnswer::Ok, kCheckTitle);
+    EXPECT_FALSE(programmer.Prepare(kPrepareNone));
+
+    setup.devices[0].IRLen = 4;
+    setup.devices[0].SetBsdl(nullptr, "");
+    programmer.SetDesignSetup(setup);
+    ui.Expect(L"BSDL file is required to be specified for Dev1 device.", kWarningBox, OmAnswer::Ok,
+              kCheckTitle);
+    EXPECT_FALSE(programmer.Prepare(kPrepareNone));
+}
+
 TEST_F(Programmer, PrepareNamesAPinThatHasNoBoundaryCell) {
     OmDesignSetup setup = AmdSetup();
     setup.dataPins[5].PortName = "GHOST";
