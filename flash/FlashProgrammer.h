@@ -20,6 +20,7 @@
 
 class OmBoundaryScanBus;
 class OmDataImage;
+struct OmSectorWork;
 
 // What an action needs; a mask.
 enum PrepareFlags : unsigned {
@@ -129,6 +130,7 @@ class OmFlashProgrammer {
     void OpenBus(OmBoundaryScanBus& bus);
     void OpenBus(OmBoundaryScanBus& bus, OmCommandSet mode);
 
+    bool EraseEach(OmProgressCallback& callback, const OmSectorWork& work);
     bool SetSectorLocks(OmProgressCallback& callback, const OmSectorRange& chipOffsets, bool lock);
 
     // The outermost frame of every action: what the JTAG layer throws ends in a box and a closed

@@ -6,6 +6,15 @@
 #include "platform/Text.h"
 #include "platform/UserInterface.h"
 
+#include <limits>
+#include <optional>
+
+// Sectors one after the other, by their offsets.
+struct OmSectorWork {
+    unsigned total = 0;
+    std::function<std::optional<uint32_t>()> next; // nothing behind the last
+};
+
 namespace {
 
 // What one kind of work on sectors says.
@@ -74,16 +83,15 @@ struct SectorOutcome {
     }
 };
 
-template <class Action>
-SectorOutcome RunOverSectors(OmProgressCallback& callback, const OmSectorRange& chipOffsets,
-                             const SectorTexts& texts, Action action) {
+SectorOutcome RunOverSectors(OmProgressCallback& callback, OmSectorWork work,
+                             const SectorTexts& texts,
+                             const std::function<OmFlashResult(uint32_t offset)>& action) {
     SectorOutcome outcome;
     unsigned number = 0;
-    const auto total = static_cast<unsigned>(chipOffsets.size());
-    for (const uint32_t offset : chipOffsets) {
-        const std::wstring text = OmFormat(texts.item, ++number, total);
+    while (const std::optional<uint32_t> offset = work.next()) {
+        const std::wstring text = OmFormat(texts.item, ++number, work.total);
         outcome.stopped = !callback.OnProgress(-1, text.c_str());
-        if (outcome.stopped || !outcome.Take(action(offset), offset))
+        if (outcome.stopped || !outcome.Take(action(*offset), *offset))
             break;
     }
     return outcome;
@@ -119,13 +127,25 @@ bool Report(OmProgressCallback& callback, const SectorOutcome& outcome, const Se
     return outcome.IsGood();
 }
 
-OmSectorRange AllSectorOffsets(const OmFlashSectorLayout& layout) {
-    OmSectorRange offsets;
-    uint32_t offset = 0;
-    for (const OmSectorGroup& group : layout.groups)
-        for (uint32_t i = 0; i < group.Count; ++i, offset += group.Size)
-            offsets.insert(offset);
-    return offsets;
+OmSectorWork WorkOf(const OmSectorRange& chipOffsets) {
+    return {static_cast<unsigned>(chipOffsets.size()),
+            [next = chipOffsets.begin(), end = chipOffsets.end()]() mutable {
+                return next == end ? std::optional<uint32_t>() : *next++;
+            }};
+}
+
+// Every sector that 32 bits of address reach. A user may enter billions of them by hand: they are
+// not written out.
+OmSectorWork WorkOf(const OmFlashSectorLayout& layout) {
+    uint32_t index = 0;
+    uint32_t count = 0;
+    layout.GetSectorRange(1, 0, std::numeric_limits<uint32_t>::max(), index, count);
+    return {count, [&layout, index, end = index + count]() mutable {
+                uint32_t offset = 0;
+                uint32_t size = 0;
+                const bool more = index < end && layout.GetSector(index++, offset, size);
+                return more ? std::optional(offset) : std::nullopt;
+            }};
 }
 
 bool ReportChipErase(OmProgressCallback& callback, OmFlashResult result) {
@@ -142,8 +162,7 @@ bool ReportChipErase(OmProgressCallback& callback, OmFlashResult result) {
 
 } // namespace
 
-bool OmFlashProgrammer::EraseSectors(OmProgressCallback& callback,
-                                     const OmSectorRange& chipOffsets) {
+bool OmFlashProgrammer::EraseEach(OmProgressCallback& callback, const OmSectorWork& work) {
     return Guarded(&callback, [&] {
         callback.OnProgress(-1, kEraseTexts.opening);
         if (commandSet == OmCommandSet::Unknown)
@@ -154,9 +173,13 @@ bool OmFlashProgrammer::EraseSectors(OmProgressCallback& callback,
             return IsIntel(commandSet) ? IntelEraseBlock(bus, callback, offset)
                                        : AmdEraseSector(bus, callback, offset);
         };
-        return Report(callback, RunOverSectors(callback, chipOffsets, kEraseTexts, erase),
-                      kEraseTexts);
+        return Report(callback, RunOverSectors(callback, work, kEraseTexts, erase), kEraseTexts);
     });
+}
+
+bool OmFlashProgrammer::EraseSectors(OmProgressCallback& callback,
+                                     const OmSectorRange& chipOffsets) {
+    return EraseEach(callback, WorkOf(chipOffsets));
 }
 
 bool OmFlashProgrammer::SetSectorLocks(OmProgressCallback& callback,
@@ -169,7 +192,8 @@ bool OmFlashProgrammer::SetSectorLocks(OmProgressCallback& callback,
         const auto setLock = [&](uint32_t offset) {
             return IntelSetBlockLock(bus, callback, lock, offset);
         };
-        return Report(callback, RunOverSectors(callback, chipOffsets, texts, setLock), texts);
+        return Report(callback, RunOverSectors(callback, WorkOf(chipOffsets), texts, setLock),
+                      texts);
     });
 }
 
@@ -186,7 +210,7 @@ bool OmFlashProgrammer::UnlockSectors(OmProgressCallback& callback,
 // Intel flash has no chip erase command.
 bool OmFlashProgrammer::EraseChip(OmProgressCallback& callback) {
     if (IsIntel(commandSet))
-        return EraseSectors(callback, AllSectorOffsets(sectors));
+        return EraseEach(callback, WorkOf(sectors));
     if (!IsAmd(commandSet))
         return false;
     return Guarded(&callback, [&] {

@@ -90,6 +90,10 @@ BoardBench::BoardBench(const vb::BoardBuilder& builder, uint32_t frequency)
     board.ClearStatistics();
 }
 
+BoardBench::~BoardBench() {
+    EXPECT_EQ(Violations(), "");
+}
+
 std::vector<uint8_t> BoardBench::Contents(size_t start, size_t size) {
     const size_t lane = built.flash.WordBytes();
     std::vector<uint8_t> bytes(size);

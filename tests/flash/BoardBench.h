@@ -22,6 +22,9 @@ class BoardBench : private VirtualClock {
     // Opens the cable and enters EXTEST.
     explicit BoardBench(const vb::BoardBuilder& builder, uint32_t frequency = 30000000);
 
+    // Fails the test if the checker has anything to say.
+    ~BoardBench();
+
     vb::FlashModel& Chip(size_t index = 0) { return board.Flash(index).Model(); }
 
     // A stretch of the whole array, as a processor would see it.

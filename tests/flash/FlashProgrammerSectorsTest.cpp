@@ -154,6 +154,25 @@ TEST_F(Sectors, IntelChipWithoutKnownSectorsHasNothingToErase) {
     EXPECT_TRUE(Erased().empty());
 }
 
+// As many as a user may enter by hand. They are not written out ahead of the work.
+TEST_F(Sectors, IntelChipOfBillionsOfSectorsIsErasedOneByOne) {
+    Ready(OmCommandSet::IntelStandard);
+    programmer.sectors.groups = {{4, 32}, {4000000000, 64}};
+    progress.stopAtReport = 8; // the opening, six sectors, the seventh
+    ui.Expect(L"Erase operation was aborted by user.", kWarningBox);
+    EXPECT_FALSE(programmer.EraseChip(progress));
+    EXPECT_EQ(Erased(), (Words{0, 16, 32, 48, 64, 96}));
+    EXPECT_EQ(progress.WithText().back(), (ProgressReport{-1, L"Erasing sector 7 of 67108866..."}));
+}
+
+// A sector that starts beyond 32 bits exists on no chip.
+TEST_F(Sectors, IntelChipIsErasedUpToTheEndOfTheAddresses) {
+    Ready(OmCommandSet::IntelStandard);
+    programmer.sectors.groups = {{1, 0x80000000}, {4, 0x40000000}};
+    EXPECT_TRUE(programmer.EraseChip(progress));
+    EXPECT_EQ(progress.WithText().size(), 4u) << "the opening and three sectors";
+}
+
 TEST_F(Sectors, ChipEraseSaysHowItFailed) {
     Ready(OmCommandSet::AmdWord);
     target.chips[1].failing = {0};
