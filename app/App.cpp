@@ -18,6 +18,7 @@
 #include <wx/sysopt.h>
 #include <wx/uilocale.h>
 #include <wx/utils.h>
+#include <wx/weakref.h>
 
 namespace {
 
@@ -47,14 +48,16 @@ void KeepPosition(wxFrame* frame, const wxPoint& position) {
 }
 
 // The window stands before a load, which may take a while, and before the box of a failure, which
-// it would otherwise cover: GTK shows a window some events later.
-void LetPaint(const OmHexViewCtrl& view) {
+// it would otherwise cover: GTK shows a window some events later. False if the user has closed it.
+bool LetPaint(const wxWeakRef<OmMainFrame>& frame) {
     const uint64_t start = GetClock().Milliseconds();
     wxTheApp->Yield(true);
-    while (!view.HasPainted() && GetClock().Milliseconds() - start < kPaintMilliseconds) {
+    while (frame && !frame->GetHexView().HasPainted() &&
+           GetClock().Milliseconds() - start < kPaintMilliseconds) {
         GetClock().SleepMilliseconds(1);
         wxTheApp->Yield(true);
     }
+    return frame && !frame->IsBeingDeleted();
 }
 
 } // namespace
@@ -121,13 +124,10 @@ OmMainFrame* OmApp::OpenMainWindow() {
     return frame;
 }
 
-void OmApp::LoadNamedFiles(OmMainFrame& frame) {
-    if (!commandLine_.setupFile.empty()) {
-        LetPaint(frame.GetHexView());
-        frame.LoadSetupFile(commandLine_.setupFile);
-    }
-    if (!commandLine_.dataFile.empty()) {
-        LetPaint(frame.GetHexView());
-        frame.LoadDataFile(commandLine_.dataFile);
-    }
+void OmApp::LoadNamedFiles(OmMainFrame& window) {
+    const wxWeakRef<OmMainFrame> frame(&window);
+    if (!commandLine_.setupFile.empty() && LetPaint(frame))
+        frame->LoadSetupFile(commandLine_.setupFile);
+    if (!commandLine_.dataFile.empty() && LetPaint(frame))
+        frame->LoadDataFile(commandLine_.dataFile);
 }

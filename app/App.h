@@ -29,7 +29,7 @@ class OmApp : public wxApp {
     void SetProcessOptions();
     void ReadCommandLine();
     OmMainFrame* OpenMainWindow();
-    void LoadNamedFiles(OmMainFrame& frame);
+    void LoadNamedFiles(OmMainFrame& window);
 
     std::unique_ptr<OmHelpViewer> helpController_;
     OmCommandLine commandLine_;

@@ -4,6 +4,7 @@
 #include "app/HexViewCtrl.h"
 #include "app/MainFrame.h"
 #include "app/RawParts.h"
+#include "app/ScopedFlag.h"
 #include "data/DataFiles.h"
 #include "platform/Text.h"
 #include "platform/UserInterface.h"
@@ -65,6 +66,7 @@ void OmMainFrame::OnLoadData(wxCommandEvent&) {
 }
 
 bool OmMainFrame::LoadDataFile(const wxString& path) {
+    const ScopedFlag guard(commandRunning_); // at the start of the program no command runs
     OmDataImage image;
     std::string error;
     bool loaded = false;

@@ -3,6 +3,7 @@
 #include "app/CommandIds.h"
 #include "app/FileChooser.h"
 #include "app/MainFrame.h"
+#include "app/ScopedFlag.h"
 #include "flash/FlashProgrammer.h"
 #include "platform/Text.h"
 #include "platform/UserInterface.h"
@@ -41,6 +42,7 @@ void OmMainFrame::OnLoadSetup(wxCommandEvent&) {
 }
 
 bool OmMainFrame::LoadSetupFile(const wxString& path) {
+    const ScopedFlag guard(commandRunning_); // at the start of the program no command runs
     if (!OmFlashProgrammer::GetInstance().LoadDesignSetup(ToLocal(path.ToStdWstring()))) {
         ShowSetupFailure(_("Failed to load setup file '"), path);
         return false;

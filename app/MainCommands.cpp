@@ -4,6 +4,7 @@
 #include "app/HexViewCtrl.h"
 #include "app/MainFrame.h"
 #include "app/Product.h"
+#include "app/ScopedFlag.h"
 #include "dialogs/AboutDlg.h"
 #include "flash/FlashProgrammer.h"
 #include "platform/UserInterface.h"
@@ -11,23 +12,6 @@
 
 #include <wx/intl.h>
 #include <wx/utils.h>
-
-namespace {
-
-class ScopedFlag {
-  public:
-    explicit ScopedFlag(bool& flag) : flag_(flag) { flag_ = true; }
-
-    ~ScopedFlag() { flag_ = false; }
-
-    ScopedFlag(const ScopedFlag&) = delete;
-    ScopedFlag& operator=(const ScopedFlag&) = delete;
-
-  private:
-    bool& flag_;
-};
-
-} // namespace
 
 void OmMainFrame::BindCommand(int id, Handler handler) {
     Bind(

@@ -53,6 +53,18 @@ TEST_F(StartUp, HelpSwitchShowsTheUsageAndGoesOn) {
     EXPECT_EQ(frame.GetTitle(), "Untitled - Velmora Flash Programmer");
 }
 
+TEST_F(StartUp, WindowClosedBeforeItHasLoadedItsFilesLoadsNone) {
+    const std::string data = folder_.Write("data.bin", "hello");
+    const std::string setup = folder_.Path("missing.velflash");
+    duringStart_ = [this] { app_->GetTopWindow()->Close(); };
+    const std::vector<std::string> cases[] = {{setup}, {setup, data}};
+    for (const std::vector<std::string>& arguments : cases) {
+        StartOnly(arguments);
+        EXPECT_EQ(frame_, nullptr);
+        Stop();
+    }
+}
+
 TEST_F(StartUp, GeometryComesBackInTheNextRun) {
     OmMainFrame& frame = Start({});
     frame.SetSize(30, 40, 800, 600);

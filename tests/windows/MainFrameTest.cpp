@@ -136,6 +136,16 @@ TEST_F(SecondCommandTest, CloseWhileClosingAsksOnce) {
     EXPECT_EQ(boxes_, 1);
 }
 
+// As for the files named on the command line.
+TEST_F(SecondCommandTest, NoCommandStartsOverTheBoxOfAFailedLoad) {
+    EXPECT_FALSE(frame_->LoadSetupFile("missing.velflash"));
+    EXPECT_FALSE(closed_);
+    closed_ = true;
+    EXPECT_FALSE(frame_->LoadDataFile("missing.srec"));
+    EXPECT_FALSE(closed_);
+    EXPECT_EQ(boxes_, 2);
+}
+
 TEST_F(MainWindowTest, GeometryIsStoredAtTheEnd) {
     frame_->SetSize(30, 40, 800, 600);
     EXPECT_TRUE(WaitFor([this] { return frame_->GetRect() == wxRect(30, 40, 800, 600); }));

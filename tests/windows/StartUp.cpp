@@ -15,6 +15,11 @@ StartUp::~StartUp() {
 }
 
 OmMainFrame& StartUp::Start(std::vector<std::string> arguments) {
+    StartOnly(std::move(arguments));
+    return *frame_;
+}
+
+void StartUp::StartOnly(std::vector<std::string> arguments) {
     arguments.insert(arguments.begin(), "velflash");
     std::vector<char*> pointers;
     for (std::string& argument : arguments)
@@ -22,9 +27,10 @@ OmMainFrame& StartUp::Start(std::vector<std::string> arguments) {
     app_ = std::make_unique<OmApp>();
     app_->argv.Init(static_cast<int>(pointers.size()), pointers.data());
     app_->argc = static_cast<int>(pointers.size());
+    if (duringStart_)
+        app_->CallAfter(duringStart_);
     EXPECT_TRUE(app_->OnInit());
     frame_ = dynamic_cast<OmMainFrame*>(app_->GetTopWindow());
-    return *frame_;
 }
 
 void StartUp::Stop() {

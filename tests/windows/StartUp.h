@@ -6,6 +6,7 @@
 #include "app/MainFrame.h"
 #include "tests/support/TemporaryFolder.h"
 
+#include <functional>
 #include <gtest/gtest.h>
 #include <memory>
 #include <string>
@@ -21,6 +22,8 @@ class StartUp : public testing::Test {
     ~StartUp() override; // stops what still runs
 
     OmMainFrame& Start(std::vector<std::string> arguments);
+    // The same for a window that may be closed meanwhile: frame_ is null then.
+    void StartOnly(std::vector<std::string> arguments);
     // Ends the run as closing the window does.
     void Stop();
 
@@ -29,4 +32,5 @@ class StartUp : public testing::Test {
     wxConfigBase* previousStore_;
     std::unique_ptr<OmApp> app_;
     OmMainFrame* frame_ = nullptr;
+    std::function<void()> duringStart_; // taken up by the first look at pending events
 };
