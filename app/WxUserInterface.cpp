@@ -1,5 +1,7 @@
 #include "app/WxUserInterface.h"
 
+#include "app/BoxText.h"
+
 #include <wx/app.h>
 #include <wx/msgdlg.h>
 #include <wx/utils.h>
@@ -47,7 +49,7 @@ wxWindow* FindBoxParent() {
 
 OmAnswer WxUserInterface::ShowMessage(const std::wstring& text, const std::wstring& caption,
                                       OmMessageStyle style) {
-    HostMessageDialog box(FindBoxParent(), text, caption, ToToolkitStyle(style));
+    HostMessageDialog box(FindBoxParent(), FitIntoBox(text), caption, ToToolkitStyle(style));
     return FromButton(box.ShowModal(), style);
 }
 

@@ -39,6 +39,26 @@ const Case kCases[] = {
     {"plain", {}, wxOK | wxICON_NONE, wxID_OK, OmAnswer::Ok},
 };
 
+// The lines that a box shows, once a button has been pressed in it.
+std::vector<wxString> LinesOfBox(const std::wstring& text) {
+    std::vector<wxString> lines;
+    WxUserInterface userInterface;
+    ModalSteps user;
+    user.Expect("Velmora Flash Programmer", [&](wxDialog& box) {
+        const wxSize screen = wxGetDisplaySize();
+        EXPECT_LE(box.GetBestSize().x, screen.x);
+        EXPECT_LE(box.GetBestSize().y, screen.y);
+        ForEachDescendant(box, [&](wxWindow& window) {
+            if (const auto* line = dynamic_cast<wxStaticText*>(&window))
+                lines.push_back(line->GetLabelText());
+        });
+        TakeScreenshot(box, "box_of_" + std::to_string(text.size()));
+        PressButton(box, wxID_OK);
+    });
+    userInterface.ShowMessage(text, L"Velmora Flash Programmer", kErrorBox);
+    return lines;
+}
+
 } // namespace
 
 TEST(WxUserInterface, BoxesHaveTheirButtonsIconAndDefault) {
@@ -62,6 +82,35 @@ TEST(WxUserInterface, BoxShowsItsTextAndTakesARealPress) {
     EXPECT_EQ(userInterface.ShowMessage(L"Do you want to save current setup?",
                                         L"Velmora Flash Programmer", kSaveQuestionBox),
               OmAnswer::No);
+}
+
+TEST(WxUserInterface, BoxShowsTheWholeOfALongSentence) {
+    std::wstring sentence;
+    for (int i = 0; i < 60; ++i)
+        sentence += L"word ";
+    sentence += L"end.";
+    wxString shown;
+    for (const wxString& line : LinesOfBox(sentence))
+        shown += line;
+    EXPECT_TRUE(shown.EndsWith("end.")) << shown;
+}
+
+TEST(WxUserInterface, BoxOfAnyTextFitsOnTheScreen) {
+    std::wstring files;
+    for (int i = 0; i < 5000; ++i)
+        files += L"a.part1of5000.bin\n";
+    const std::wstring texts[] = {
+        L"Failed to load '" + std::wstring(4000, L'p') + L"'.",
+        std::wstring(1 << 20, L'7'),
+        files,
+    };
+    for (const std::wstring& text : texts)
+        EXPECT_GE(LinesOfBox(text).size(), 2u) << text.size();
+}
+
+TEST(WxUserInterface, BoxKeepsAmpersands) {
+    EXPECT_EQ(LinesOfBox(L"Failed to save 'a&b.bin'."),
+              std::vector<wxString>{"Failed to save 'a&b.bin'."});
 }
 
 TEST(WxUserInterface, BusyCursorsNest) {
