@@ -44,6 +44,14 @@ void RefuseUnexpectedDialogs() {
     refuser.Register();
 }
 
+DialogsAllowed::DialogsAllowed() {
+    ++installedSteps;
+}
+
+DialogsAllowed::~DialogsAllowed() {
+    --installedSteps;
+}
+
 ModalSteps::ModalSteps() {
     ++installedSteps;
     Register();

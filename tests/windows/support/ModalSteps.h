@@ -1,6 +1,15 @@
 // While no ModalSteps is installed, every dialog is refused the same way, so that none hangs a run.
 void RefuseUnexpectedDialogs();
 
+// Lifts the refusal while it lives, for a test with a modal hook of its own.
+class DialogsAllowed {
+  public:
+    DialogsAllowed();
+    ~DialogsAllowed();
+    DialogsAllowed(const DialogsAllowed&) = delete;
+    DialogsAllowed& operator=(const DialogsAllowed&) = delete;
+};
+
 // A user who works through modal dialogs: each dialog that comes up takes the next step, which
 // works on its real controls and presses one of its buttons. A dialog that nobody expected fails
 // the test and is cancelled.
