@@ -11,7 +11,6 @@
 namespace {
 
 constexpr int kMaxActions = 40;
-constexpr size_t kMaxBits = 5000;
 constexpr size_t kMaxVectors = 60;
 
 // Without a sink the log formats nothing.
@@ -37,7 +36,8 @@ void CheckCaptured(const OmBitVector& bits, size_t size) {
 
 class Scans {
   public:
-    Scans(OmCable& cable, Pod& pod) : pod_(pod), hal_(*cable.GetJtagHAL()), analyzer_(&cable) {}
+    Scans(OmCable& cable, Pod& pod, size_t maxBits)
+        : pod_(pod), hal_(*cable.GetJtagHAL()), analyzer_(&cable), maxBits_(maxBits) {}
 
     void RunOne() {
         switch (pod_.input.ConsumeIntegralInRange(0, 6)) {
@@ -59,7 +59,7 @@ class Scans {
     }
 
   private:
-    size_t TakeLength() { return pod_.input.ConsumeIntegralInRange<size_t>(1, kMaxBits); }
+    size_t TakeLength() { return pod_.input.ConsumeIntegralInRange<size_t>(1, maxBits_); }
 
     int TakeState() { return pod_.input.ConsumeIntegralInRange(0, 2); }
 
@@ -121,14 +121,15 @@ class Scans {
     Pod& pod_;
     OmJtagHAL& hal_;
     OmChainAnalyzer analyzer_;
+    size_t maxBits_;
 };
 
 } // namespace
 
-void RunScans(OmCable& cable, Pod& pod) {
+void RunScans(OmCable& cable, Pod& pod, size_t maxBits) {
     DiscardingSink sink;
     SetLogSink(&sink);
-    Scans scans(cable, pod);
+    Scans scans(cable, pod, maxBits);
     try {
         for (int action = 0; action < kMaxActions && pod.input.remaining_bytes() > 0; ++action)
             scans.RunOne();
