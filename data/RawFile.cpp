@@ -2,6 +2,7 @@
 #include "data/DataImage.h"
 #include "data/MemoryGuard.h"
 #include "data/RecordText.h"
+#include "platform/Memory.h"
 
 #include <algorithm>
 #include <filesystem>
@@ -28,6 +29,7 @@ bool Fail(std::string& error, const char* text) {
 bool ReadBytes(std::FILE* file, uint64_t expectedSize, OmDataImage& image, std::string& error) {
     std::vector<uint8_t> bytes;
     bytes.reserve(static_cast<size_t>(expectedSize));
+    PreferLargePages(bytes.data(), bytes.capacity());
     std::vector<uint8_t> block(kBlock);
     while (const size_t read = std::fread(block.data(), 1, block.size(), file)) {
         if (bytes.size() + read > kAddressSpace)
