@@ -4,6 +4,7 @@
 #include "bsdl/BsdlData.h"
 #include "bsdl/BsdlParser.h"
 #include "bsdl/BsdlXml.h"
+#include "platform/Text.h"
 
 #include <benchmark/benchmark.h>
 #include <cstdlib>
@@ -23,14 +24,12 @@ std::string MakeDevice(int pins) {
     std::string map;
     std::string cells;
     for (int pin = 0; pin < pins; ++pin) {
-        const std::string name = "D(" + std::to_string(pin) + ")";
-        const std::string control = std::to_string(3 * pin);
         const char* end = pin + 1 < pins ? ",\" &\n" : "\";\n";
-        map += std::string(pin % 8 ? "" : "\" &\n  \"") + "P" + std::to_string(pin) +
-               (pin + 1 < pins ? "," : "");
-        cells += "  \"" + control + " (BC_1, *, CONTROL, 1)," + std::to_string(3 * pin + 1) +
-                 " (BC_1, " + name + ", OUTPUT3, X, " + control + ", 1, Z)," +
-                 std::to_string(3 * pin + 2) + " (BC_4, " + name + ", INPUT, X)" + end;
+        map += pin % 8 ? "P" : "\" &\n  \"P";
+        map += std::to_string(pin) + (pin + 1 < pins ? "," : "");
+        cells += OmFormat("  \"%d (BC_1, *, CONTROL, 1),%d (BC_1, D(%d), OUTPUT3, X, %d, 1, Z),"
+                          "%d (BC_4, D(%d), INPUT, X)%s",
+                          3 * pin, 3 * pin + 1, pin, 3 * pin, 3 * pin + 2, pin, end);
     }
     return "entity MADE is\ngeneric (PHYSICAL_PIN_MAP : string := \"BGA\");\n"
            "port (TCK : in bit; D : inout bit_vector(0 to " +
@@ -52,7 +51,7 @@ std::string MakeDevice(int pins) {
 
 void Parse(benchmark::State& state, const std::string& path) {
     const uintmax_t size = fs::file_size(path);
-    for (auto iteration : state) {
+    for ([[maybe_unused]] auto iteration : state) {
         OmBsdlData data;
         OmBsdlParserCallbackImpl messages;
         if (!ParseBsdlFile(path.c_str(), data, &messages))
@@ -78,7 +77,7 @@ void CheckContent(benchmark::State& state) {
     OmBsdlData data;
     if (!ParseBsdlFile(path.c_str(), data, nullptr))
         state.SkipWithError("not parsed");
-    for (auto iteration : state) {
+    for ([[maybe_unused]] auto iteration : state) {
         OmBsdlData copy;
         if (!CheckBsdlContent(data, copy))
             state.SkipWithError("not complete");

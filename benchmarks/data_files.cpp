@@ -1,15 +1,28 @@
-// Loading and saving 64 MiB beside srec_cat and objcopy on the same file, in MB of data a second.
+// Loading and saving 64 MiB in each format, and the same jobs done by objcopy and srec_cat.
+//
+//   Time   processor time of the job, the kernel's part and that of child processes included; what
+//          the disk takes is left out, as is what other programs of a busy machine take
+//   MB/s   of data, in the best of the runs, since everything that disturbs makes a run longer
+//
+// A tool cannot load without saving, so the rows to compare are the conversions "From" and "To":
+// the same file in, the same file out. "Load" and "Save" are the program's halves of them.
 #include "data/DataFiles.h"
 #include "data/DataImage.h"
 
+#include <algorithm>
 #include <benchmark/benchmark.h>
 #include <cstdlib>
 #include <filesystem>
+#include <limits>
 #include <string>
+#include <sys/resource.h>
 
 namespace {
 
 constexpr size_t kSize = size_t{64} << 20;
+constexpr int kRuns =
+    12; // the fastest jobs take hundredths of a second, and are the most disturbed
+constexpr int kSlowRuns = 2;
 
 // A folder with the data in all formats; removed at the end of the program.
 class Files {
@@ -33,9 +46,8 @@ class Files {
             byte = static_cast<uint8_t>(state >> 24);
         }
         image.SetBytes(0, bytes);
-        if (!WriteSRecordFile(Path("data.srec"), image) ||
-            !WriteIntelHexFile(Path("data.hex"), image) ||
-            !WriteRawChunk(Path("data.bin"), image, 0))
+        if (!WriteSRecordFile(Path("SRecord"), image) ||
+            !WriteIntelHexFile(Path("IntelHex"), image) || !WriteRawChunk(Path("Raw"), image, 0))
             std::abort();
     }
 
@@ -47,70 +59,107 @@ class Files {
     std::filesystem::path folder_;
 };
 
-void CountData(benchmark::State& state) {
-    state.SetBytesProcessed(static_cast<int64_t>(state.iterations()) * static_cast<int64_t>(kSize));
+double Seconds(const timeval& time) {
+    return static_cast<double>(time.tv_sec) + static_cast<double>(time.tv_usec) * 1e-6;
 }
 
-void Load(benchmark::State& state, const char* name) {
-    const std::string path = Files::Get().Path(name);
-    for (auto iteration : state) {
-        OmDataImage image;
-        std::string error;
-        if (!ReadDataFile(path, image, error))
-            state.SkipWithError(error.c_str());
+double ProcessorSeconds() {
+    double seconds = 0;
+    for (const auto who : {RUSAGE_SELF, RUSAGE_CHILDREN}) {
+        rusage usage = {};
+        getrusage(who, &usage);
+        seconds += Seconds(usage.ru_utime) + Seconds(usage.ru_stime);
     }
-    CountData(state);
+    return seconds;
 }
 
-void SaveSRecord(benchmark::State& state) {
-    for (auto iteration : state)
-        if (!WriteSRecordFile(Files::Get().Path("out"), Files::Get().image))
-            state.SkipWithError("cannot write");
-    CountData(state);
+template <typename Job>
+void Measure(benchmark::State& state, Job job) {
+    const Files& files = Files::Get();
+    double best = std::numeric_limits<double>::max();
+    for ([[maybe_unused]] auto _ : state) {
+        const double start = ProcessorSeconds();
+        if (!job(files))
+            state.SkipWithError("the job failed, or the tool is missing");
+        const double seconds = ProcessorSeconds() - start;
+        state.SetIterationTime(seconds);
+        best = std::min(best, seconds);
+    }
+    state.counters["MB/s"] = static_cast<double>(kSize) / best / 1e6;
 }
 
-void SaveIntelHex(benchmark::State& state) {
-    for (auto iteration : state)
-        if (!WriteIntelHexFile(Files::Get().Path("out"), Files::Get().image))
-            state.SkipWithError("cannot write");
-    CountData(state);
+// One format, in the words of each tool.
+struct Format {
+    const char* name; // also of the file
+    bool (*save)(const std::string& path, const OmDataImage& image);
+    const char* objcopy;
+    const char* srecCat;
+};
+
+bool SaveRaw(const std::string& path, const OmDataImage& image) {
+    return WriteRawChunk(path, image, 0);
 }
 
-void SaveRaw(benchmark::State& state) {
-    for (auto iteration : state)
-        if (!WriteRawChunk(Files::Get().Path("out"), Files::Get().image, 0))
-            state.SkipWithError("cannot write");
-    CountData(state);
+constexpr Format kFormats[] = {
+    {"SRecord", WriteSRecordFile, "srec", "-motorola"},
+    {"IntelHex", WriteIntelHexFile, "ihex", "-intel"},
+    {"Raw", SaveRaw, "binary", "-binary"},
+};
+constexpr const Format& kRaw = kFormats[2];
+
+bool Load(const Files& files, const Format& format, OmDataImage& image) {
+    std::string error;
+    return ReadDataFile(files.Path(format.name), image, error);
 }
 
-void RunTool(benchmark::State& state, const char* arguments) {
-    const std::string command =
-        "cd '" + Files::Get().Path("") + "' && " + arguments + " 2>/dev/null";
-    for (auto iteration : state)
-        if (std::system(command.c_str()) != 0)
-            state.SkipWithError("the tool is missing or fails");
-    CountData(state);
+bool Convert(const Files& files, const Format& from, const Format& to) {
+    OmDataImage image;
+    return Load(files, from, image) && to.save(files.Path("out"), image);
 }
 
-#define OM_MEASURE(...) BENCHMARK_CAPTURE(__VA_ARGS__)->Unit(benchmark::kMillisecond)->UseRealTime()
-#define OM_MEASURE_PLAIN(name) BENCHMARK(name)->Unit(benchmark::kMillisecond)->UseRealTime()
+bool RunTool(const Files& files, const std::string& line) {
+    return std::system(("cd '" + files.Path("") + "' && " + line + " 2>/dev/null").c_str()) == 0;
+}
 
-OM_MEASURE(Load, SRecord, "data.srec");
-OM_MEASURE(RunTool, LoadSRecordObjcopy, "objcopy -I srec -O binary data.srec out");
-OM_MEASURE(RunTool, LoadSRecordSrecCat, "srec_cat data.srec -motorola -o out -binary");
-OM_MEASURE(Load, IntelHex, "data.hex");
-OM_MEASURE(RunTool, LoadIntelHexObjcopy, "objcopy -I ihex -O binary data.hex out");
-OM_MEASURE(RunTool, LoadIntelHexSrecCat, "srec_cat data.hex -intel -o out -binary");
-OM_MEASURE(Load, Raw, "data.bin");
-OM_MEASURE(RunTool, LoadRawObjcopy, "objcopy -I binary -O binary data.bin out");
-OM_MEASURE_PLAIN(SaveSRecord);
-OM_MEASURE(RunTool, SaveSRecordObjcopy, "objcopy -I binary -O srec data.bin out");
-OM_MEASURE(RunTool, SaveSRecordSrecCat, "srec_cat data.bin -binary -o out -motorola");
-OM_MEASURE_PLAIN(SaveIntelHex);
-OM_MEASURE(RunTool, SaveIntelHexObjcopy, "objcopy -I binary -O ihex data.bin out");
-OM_MEASURE(RunTool, SaveIntelHexSrecCat, "srec_cat data.bin -binary -o out -intel");
-OM_MEASURE_PLAIN(SaveRaw);
+template <typename Job>
+void Register(const std::string& name, Job job, int runs = kRuns) {
+    benchmark::RegisterBenchmark(name.c_str(),
+                                 [job](benchmark::State& state) { Measure(state, job); })
+        ->Unit(benchmark::kMillisecond)
+        ->Iterations(runs)
+        ->UseManualTime();
+}
+
+void RegisterConversion(const std::string& name, const Format& from, const Format& to) {
+    Register(name + "/velflash", [&](const Files& files) { return Convert(files, from, to); });
+    const std::string objcopy =
+        std::string("objcopy -I ") + from.objcopy + " -O " + to.objcopy + " " + from.name + " out";
+    Register(name + "/objcopy", [=](const Files& files) { return RunTool(files, objcopy); });
+    const std::string srecCat =
+        std::string("srec_cat ") + from.name + " " + from.srecCat + " -o out " + to.srecCat;
+    Register(
+        name + "/srec_cat", [=](const Files& files) { return RunTool(files, srecCat); }, kSlowRuns);
+}
+
+void RegisterHalves(const Format& format) {
+    Register(std::string("Load") + format.name, [&](const Files& files) {
+        OmDataImage image;
+        return Load(files, format, image);
+    });
+    Register(std::string("Save") + format.name,
+             [&](const Files& files) { return format.save(files.Path("out"), files.image); });
+}
 
 } // namespace
 
-BENCHMARK_MAIN();
+int main(int argc, char** argv) {
+    benchmark::Initialize(&argc, argv);
+    for (const Format& format : kFormats)
+        RegisterHalves(format);
+    for (const Format& format : kFormats) {
+        RegisterConversion(std::string("From") + format.name, format, kRaw);
+        if (&format != &kRaw)
+            RegisterConversion(std::string("To") + format.name, kRaw, format);
+    }
+    benchmark::RunSpecifiedBenchmarks();
+}

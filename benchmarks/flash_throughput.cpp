@@ -137,7 +137,7 @@ void AppendScans(benchmark::State& state) {
     Rig rig(static_cast<int>(state.range(0)));
     OmBusCycleBatch batch(rig.bus);
     batch.SelectForWriting();
-    for (auto iteration : state) {
+    for ([[maybe_unused]] auto iteration : state) {
         batch.Clear();
         for (uint32_t i = 0; i < kWrites; ++i)
             batch.AppendWrite(i * 0x9E3779B1, i * 0x85EBCA6B);
@@ -155,7 +155,7 @@ void ProgramFlash(benchmark::State& state) {
     SilentProgress progress;
     const OmDataImage image = ZeroImage(kSize);
     rig.cable.scans = 0;
-    for (auto iteration : state) {
+    for ([[maybe_unused]] auto iteration : state) {
         int wait = 0;
         uint32_t count = 0;
         switch (state.range(1)) {
@@ -177,7 +177,7 @@ void ReadFlash(benchmark::State& state) {
     constexpr uint32_t kSize = 0x10000;
     Rig rig(static_cast<int>(state.range(0)));
     rig.cable.scans = 0;
-    for (auto iteration : state) {
+    for ([[maybe_unused]] auto iteration : state) {
         OmDataImage image;
         rig.bus.ReadWords(nullptr, 0, kSize / rig.bus.BusWordBytes(), image, nullptr);
         benchmark::DoNotOptimize(image);

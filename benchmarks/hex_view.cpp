@@ -30,7 +30,7 @@ void PaintScreen(benchmark::State& state) {
     wxBitmap bitmap(kScreen.x, kScreen.y);
     wxMemoryDC dc(bitmap);
     dc.SetBackground(*wxWHITE_BRUSH);
-    for (auto _ : state)
+    for ([[maybe_unused]] auto _ : state)
         view->Draw(dc, kScreen);
     delete frame;
 }
@@ -38,7 +38,7 @@ void PaintScreen(benchmark::State& state) {
 void AttachImage(benchmark::State& state) {
     const OmDataImage image = MakeImage(state.range(0));
     OmHexLines lines;
-    for (auto _ : state)
+    for ([[maybe_unused]] auto _ : state)
         lines.Attach(&image);
 }
 

@@ -32,7 +32,7 @@ void ScanBatch(benchmark::State& state, OmCableType type) {
     }
     const OmBitVector levels = MakeRegister(static_cast<size_t>(state.range(0)));
     const auto every = static_cast<size_t>(state.range(1));
-    for (auto iteration : state) {
+    for ([[maybe_unused]] auto iteration : state) {
         OmScanList vectors;
         vectors.reserve(kBatch);
         for (size_t i = 0; i < kBatch; ++i)
