@@ -130,6 +130,8 @@ void OmDigilentAdept::ScanBatch(std::span<const OmScanVector> vectors, OmCapture
         AppendScan(batchPairs, vector.bits, kScanToIdle);
     }
     PutPairs(batchPairs, starts.empty() ? nullptr : &batchTdo);
+    if (!captured)
+        return;
     for (const size_t start : starts)
         UnpackBits(batchTdo.data(), start, captured->emplace_back(bits));
 }

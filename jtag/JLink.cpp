@@ -206,7 +206,7 @@ void OmJLink::ScanBatch(std::span<const OmScanVector> vectors, OmCapturedList* c
         writer.PutBits(vector.bits);
         writer.PutPath(GetPathFromExit1(kScanToIdle));
     }
-    if (starts.empty()) {
+    if (!captured || starts.empty()) {
         Send(arrays.tdi.data(), arrays.tms.data(), writer.GetPosition());
         return;
     }

@@ -25,6 +25,7 @@ void OmLog(const wchar_t* format, ...) {
     wchar_t buffer[kMaxLogText + 1];
     va_list arguments;
     va_start(arguments, format);
+    // NOLINTNEXTLINE(clang-analyzer-valist.Uninitialized): it was, a line above
     const int length = std::vswprintf(buffer, kMaxLogText + 1, format, arguments);
     va_end(arguments);
     if (length > 0)

@@ -2,6 +2,7 @@
 
 #include "platform/Text.h"
 
+#include <wx/button.h>
 #include <wx/choice.h>
 
 namespace {

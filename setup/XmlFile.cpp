@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <cstdint>
 #include <fstream>
+#include <type_traits>
 #include <vector>
 #include <wx/log.h>
 #include <wx/mstream.h>
@@ -14,9 +15,9 @@ namespace {
 
 constexpr int kMaxNesting = 100;                 // a setup has seven levels
 constexpr size_t kMaxFileSize = size_t{1} << 28; // a setup of 100 large devices has some 2^26
-constexpr size_t kMaxText = 64 * 1024;           // a setup has no text between its elements
+constexpr size_t kMaxText = size_t{64} * 1024;   // a setup has no text between its elements
 constexpr int kMaxAttributes = 1000;             // an element of a setup has ten
-constexpr size_t kBlock = 64 * 1024;
+constexpr size_t kBlock = size_t{64} * 1024;
 constexpr int kIndentation = 1;
 
 bool ReadWhole(const std::wstring& path, std::string& text) {
@@ -77,7 +78,8 @@ bool IsBlank(std::string_view text) {
 
 // XML 1.0, production 2.
 bool IsXmlCharacter(wchar_t character) {
-    const auto code = static_cast<uint32_t>(character);
+    // wchar_t has a sign on some hosts; what is below 0 is far above every character then.
+    const auto code = static_cast<uint32_t>(static_cast<std::make_unsigned_t<wchar_t>>(character));
     return code == '\t' || code == '\n' || code == '\r' || (code >= 0x20 && code <= 0xD7FF) ||
            (code >= 0xE000 && code <= 0xFFFD) || (code >= 0x10000 && code <= 0x10FFFF) ||
            (sizeof(wchar_t) == 2 && code >= 0xD800 && code <= 0xDFFF);
