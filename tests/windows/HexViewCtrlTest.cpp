@@ -11,6 +11,25 @@
 
 namespace {
 
+void SendScroll(wxWindow& view, wxEventType type, int position, int orientation) {
+    wxScrollWinEvent event(type, position, orientation);
+    event.SetEventObject(&view);
+    view.GetEventHandler()->ProcessEvent(event);
+}
+
+void Track(wxWindow& view, uint32_t position) {
+    SendScroll(view, wxEVT_SCROLLWIN_THUMBTRACK, static_cast<int>(position), wxVERTICAL);
+}
+
+void TurnWheel(wxWindow& view, int rotation, int linesPerAction = 3) {
+    wxMouseEvent event(wxEVT_MOUSEWHEEL);
+    event.m_wheelRotation = rotation;
+    event.m_wheelDelta = 120;
+    event.m_linesPerAction = linesPerAction;
+    event.SetEventObject(&view);
+    view.GetEventHandler()->ProcessEvent(event);
+}
+
 class HexView : public testing::Test {
   protected:
     HexView() {
@@ -45,18 +64,11 @@ class HexView : public testing::Test {
     }
 
     void Scroll(wxEventType type, int position = 0, int orientation = wxVERTICAL) {
-        wxScrollWinEvent event(type, position, orientation);
-        event.SetEventObject(view_);
-        view_->GetEventHandler()->ProcessEvent(event);
+        SendScroll(*view_, type, position, orientation);
     }
 
     void Wheel(int rotation, int linesPerAction = 3) {
-        wxMouseEvent event(wxEVT_MOUSEWHEEL);
-        event.m_wheelRotation = rotation;
-        event.m_wheelDelta = 120;
-        event.m_linesPerAction = linesPerAction;
-        event.SetEventObject(view_);
-        view_->GetEventHandler()->ProcessEvent(event);
+        TurnWheel(*view_, rotation, linesPerAction);
     }
 
     // Texts in the order in which they are drawn.
@@ -283,28 +295,131 @@ TEST_F(HexView, RealKeysReachTheView) {
     EXPECT_TRUE(WaitFor([this] { return view_->GetFirstLine() == 90; }));
 }
 
-TEST_F(HexView, DrawingAsksForTheVisibleLinesOnly) {
-    class CountingView : public OmVirtualListViewCtrl {
-      public:
-        explicit CountingView(wxWindow* parent) : OmVirtualListViewCtrl(parent) {
-            SetLineCount(4000000000u);
-        }
+namespace {
 
-        void OnGetLineText(unsigned line, wxString& text) const override {
-            asked.push_back(line);
-            text = "text";
-        }
+// As many lines as 4 GiB of data have.
+class HugeView : public OmVirtualListViewCtrl {
+  public:
+    explicit HugeView(wxWindow* parent) : OmVirtualListViewCtrl(parent) { SetLineCount(kLines); }
 
-        mutable std::vector<unsigned> asked;
+    void OnGetLineText(unsigned line, wxString& text) const override {
+        asked.push_back(line);
+        text = "text";
+    }
+
+    static constexpr uint32_t kLines = 0x10000000;
+    mutable std::vector<unsigned> asked;
+};
+
+} // namespace
+
+TEST_F(HexView, EndsOfTheAddressRangeAreShownExactly) {
+    image_.SetBytes(0, std::vector<uint8_t>(16 * 100, 0x41));
+    image_.SetBytes(0xFFFFF9C0, std::vector<uint8_t>(16 * 100, 0x42));
+    view_->SetDataImage(&image_);
+    SetPage(10);
+    ASSERT_EQ(view_->GetLineCount(), 202u);
+    wxString text;
+    const auto lineOnTop = [&] {
+        view_->OnGetLineText(view_->GetFirstLine(), text);
+        return text.Left(9).ToStdString();
+    };
+    EXPECT_EQ(lineOnTop(), "00000000:");
+    PressKey(*view_, WXK_END);
+    EXPECT_EQ(view_->GetFirstLine(), 192u);
+    EXPECT_EQ(lineOnTop(), "FFFFFF60:");
+    view_->OnGetLineText(201, text);
+    EXPECT_EQ(text, "FFFFFFF0:  42 42 42 42  42 42 42 42  42 42 42 42  42 42 42 42  "
+                    "BBBBBBBBBBBBBBBB");
+    Wheel(-120);
+    PressKey(*view_, WXK_DOWN);
+    Scroll(wxEVT_SCROLLWIN_THUMBTRACK, 192);
+    EXPECT_EQ(lineOnTop(), "FFFFFF60:");
+    Wheel(120, 1);
+    EXPECT_EQ(lineOnTop(), "FFFFFF50:");
+    uint32_t line = 0;
+    EXPECT_TRUE(view_->FindLine(0xFFFFFFFF, line));
+    EXPECT_EQ(line, 201u);
+    EXPECT_FALSE(view_->FindLine(0x80000000, line));
+    EXPECT_EQ(line, 102u);
+    EXPECT_TRUE(view_->ScrollToLine(line));
+    EXPECT_EQ(lineOnTop(), "FFFFF9C0:");
+    PressKey(*view_, WXK_HOME);
+    EXPECT_EQ(lineOnTop(), "00000000:");
+}
+
+TEST_F(HexView, FourGigabytesScrollByEachSingleLine) {
+    delete view_;
+    auto* view = new HugeView(frame_);
+    view_ = nullptr;
+    frame_->SetClientSize(700, 10 * lineHeight_ + lineHeight_ / 2);
+    ASSERT_TRUE(WaitFor([&] { return view->GetScrollThumb(wxVERTICAL) > 1; }));
+    SettleEvents();
+    const auto page = static_cast<uint32_t>(view->GetScrollThumb(wxVERTICAL));
+    const uint32_t last = HugeView::kLines - page;
+
+    const struct {
+        const char* what;
+        uint32_t from;
+        std::function<void()> move;
+        uint32_t to;
+    } cases[] = {
+        {"end", 0, [&] { PressKey(*view, WXK_END); }, last},
+        {"up", last, [&] { PressKey(*view, WXK_UP); }, last - 1},
+        {"down", last - 1, [&] { PressKey(*view, WXK_DOWN); }, last},
+        {"down at the end", last, [&] { PressKey(*view, WXK_DOWN); }, last},
+        {"page up", last, [&] { PressKey(*view, WXK_PAGEUP); }, last - page + 1},
+        {"page down", last - 1, [&] { PressKey(*view, WXK_PAGEDOWN); }, last},
+        {"wheel up", last, [&] { TurnWheel(*view, 120); }, last - 3},
+        {"wheel down", last - 4, [&] { TurnWheel(*view, -120); }, last - 1},
+        {"wheel beyond", last - 1, [&] { TurnWheel(*view, -1200000); }, last},
+        {"thumb", 0, [&] { Track(*view, last - 1); }, last - 1},
+        {"thumb at the end", 0, [&] { Track(*view, last); }, last},
+        {"thumb at the start", last, [&] { Track(*view, 0); }, 0},
+        {"home", last, [&] { PressKey(*view, WXK_HOME); }, 0},
     };
 
-    CountingView view(frame_);
+    for (const auto& test : cases) {
+        view->ScrollToLine(test.from);
+        test.move();
+        EXPECT_EQ(view->GetFirstLine(), test.to) << test.what;
+        EXPECT_EQ(view->GetScrollPos(wxVERTICAL), static_cast<int>(test.to)) << test.what;
+    }
+}
+
+// The toolkit's own scroll bar, dragged beyond its ends.
+TEST_F(HexView, RealThumbReachesBothEndsOfFourGigabytes) {
+    delete view_;
+    auto* view = new HugeView(frame_);
+    view_ = nullptr;
+    frame_->SetClientSize(700, 400);
+    ASSERT_TRUE(WaitFor([&] { return view->GetScrollThumb(wxVERTICAL) > 1; }));
+    SettleEvents();
+    const uint32_t last =
+        HugeView::kLines - static_cast<uint32_t>(view->GetScrollThumb(wxVERTICAL));
+    const wxRect area = view->GetScreenRect();
+    const wxPoint top(area.GetRight() - 5, area.GetTop() + 12);
+    wxUIActionSimulator user;
+    for (const int left : {100, 0}) { // a scroll bar may show itself only to a pointer that moves
+        user.MouseMove(wxPoint(top.x - left, top.y));
+        WaitFor([] { return false; }, 200);
+    }
+    user.MouseDown();
+    user.MouseMove(wxPoint(top.x, area.GetBottom() + 100));
+    EXPECT_TRUE(WaitFor([&] { return view->GetFirstLine() == last; })) << view->GetFirstLine();
+    user.MouseMove(wxPoint(top.x, area.GetTop() - 100));
+    EXPECT_TRUE(WaitFor([&] { return view->GetFirstLine() == 0; })) << view->GetFirstLine();
+    user.MouseUp();
+}
+
+TEST_F(HexView, DrawingAsksForTheVisibleLinesOnly) {
+    HugeView view(frame_);
     wxBitmap bitmap(700, 100);
     wxMemoryDC dc(bitmap);
     dc.SetFont(view.GetFont());
     const int height = dc.GetTextExtent("3F").y;
-    view.ScrollToLine(3000000000u);
+    view.ScrollToLine(200000000);
     view.asked.clear();
     view.Draw(dc, wxSize(700, 2 * height));
-    EXPECT_EQ(view.asked, (std::vector<unsigned>{3000000000u, 3000000001u}));
+    EXPECT_EQ(view.asked, (std::vector<unsigned>{200000000, 200000001}));
 }
