@@ -1,10 +1,13 @@
 // The program itself, in a process of its own under a window manager: what only those two show.
+#include "data/DataFiles.h"
+#include "data/DataImage.h"
 #include "tests/support/TemporaryFolder.h"
 
 #include <array>
 #include <chrono>
 #include <cstdio>
 #include <cstdlib>
+#include <fstream>
 #include <functional>
 #include <gtest/gtest.h>
 #include <signal.h>
@@ -66,6 +69,15 @@ class Process {
 
     Process(const Process&) = delete;
     Process& operator=(const Process&) = delete;
+
+    // The most memory that it ever had, in KiB.
+    uint64_t GetPeakMemory() const {
+        std::ifstream status("/proc/" + std::to_string(id_) + "/status");
+        for (std::string line; std::getline(status, line);)
+            if (line.starts_with("VmHWM:"))
+                return std::stoull(line.substr(6));
+        return 0;
+    }
 
     // Its exit status, or -1 if it does not end.
     int Wait() {
@@ -178,3 +190,29 @@ TEST_F(Program, BoxAtStartUpStandsAboveTheWindowAndTheProgramGoesOn) {
     CloseWithKey(kMainTitle, "alt+F4");
     EXPECT_EQ(program.Wait(), 0);
 }
+
+// The sanitizers keep memory of their own, and what was freed.
+#ifndef __SANITIZE_ADDRESS__
+
+TEST_F(Program, LoadOfABigFileTakesLittleMoreMemoryThanItsData) {
+    constexpr uint32_t kMebibytes = 16;
+    OmDataImage image;
+    image.SetBytes(0xFE000000, std::vector<uint8_t>(kMebibytes << 20, 0x5A));
+    const std::string data = folder_.Path("big.srec");
+    ASSERT_TRUE(WriteSRecordFile(data, image));
+    uint64_t before = 0;
+    {
+        const Process program({GetProgram(), folder_.Path("missing.velflash")});
+        ASSERT_TRUE(WaitForWindow(kBoxTitle));
+        before = program.GetPeakMemory();
+    }
+    const Process program({GetProgram(), folder_.Path("missing.velflash"), data});
+    ASSERT_TRUE(WaitForWindow(kBoxTitle));
+    CloseWithKey(kBoxTitle, "Return");
+    const uint64_t enough = before + kMebibytes * 1024;
+    EXPECT_TRUE(WaitUntil([&] { return program.GetPeakMemory() >= enough; }));
+    std::this_thread::sleep_for(1s);
+    EXPECT_LT(program.GetPeakMemory(), before + kMebibytes * 1024 * 5 / 2);
+}
+
+#endif
