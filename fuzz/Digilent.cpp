@@ -5,6 +5,7 @@
 #include "fuzz/Patience.h"
 #include "fuzz/Pod.h"
 #include "jtag/DigilentAdept.h"
+#include "tests/jtag/DigilentExports.h"
 
 namespace {
 
@@ -35,82 +36,70 @@ Result SucceedsOn(Handle handle, ErrorCode* error) {
     return pod->Succeeds(error);
 }
 
-Result OM_VENDOR_CALL Init(ErrorCode* error) {
-    return pod->Succeeds(error);
-}
-
-void OM_VENDOR_CALL Term() {
-    Check(!pod->isOpen, "everything is closed before the library ends");
-}
-
-void OM_VENDOR_CALL StartConfigureDevices(void*, ErrorCode* error) {
-    pod->Succeeds(error);
-}
-
-int OM_VENDOR_CALL GetDevCount(ErrorCode* error) {
-    pod->Succeeds(error);
-    return pod->input.ConsumeIntegral<int>();
-}
-
-Result OM_VENDOR_CALL GetDevName(int, char* name, ErrorCode* error) {
-    pod->FillText({name, 1024});
-    return pod->Succeeds(error);
-}
-
-Result OM_VENDOR_CALL OpenJtag(Handle* handle, char*, ErrorCode* error, void*) {
-    *handle = kInterface;
-    pod->isOpen = pod->Succeeds(error) != 0;
-    return pod->isOpen ? 1 : 0;
-}
-
-Result OM_VENDOR_CALL CloseJtag(Handle handle, ErrorCode* error) {
-    const Result result = SucceedsOn(handle, error);
-    pod->isOpen = false;
-    return result;
-}
-
-Result OM_VENDOR_CALL EnableJtag(Handle handle, ErrorCode* error, void*) {
-    return SucceedsOn(handle, error);
-}
-
-Result OM_VENDOR_CALL DisableJtag(Handle handle, ErrorCode* error) {
-    return SucceedsOn(handle, error);
-}
-
 void GiveTdo(int clocks, int getTdo, uint8_t* tdo) {
     Check(clocks > 0 && (getTdo != 0) == (tdo != nullptr), "an answer has a place to go to");
     if (tdo)
         pod->Fill({tdo, static_cast<size_t>(clocks + 7) / 8});
 }
 
-Result OM_VENDOR_CALL PutTdiBits(Handle handle, int bits, uint8_t*, int, int getTdo, uint8_t* tdo,
-                                 ErrorCode* error, void*) {
-    GiveTdo(bits, getTdo, tdo);
-    return SucceedsOn(handle, error);
-}
+struct Exported {
+    static Result OM_VENDOR_CALL Init(ErrorCode* error) { return pod->Succeeds(error); }
 
-Result OM_VENDOR_CALL PutTmsTdiBits(Handle handle, int pairs, uint8_t*, int getTdo, uint8_t* tdo,
-                                    ErrorCode* error, void*) {
-    GiveTdo(pairs, getTdo, tdo);
-    return SucceedsOn(handle, error);
-}
+    static void OM_VENDOR_CALL Term() {
+        Check(!pod->isOpen, "everything is closed before the library ends");
+    }
+
+    static void OM_VENDOR_CALL StartConfigureDevices(void*, ErrorCode* error) {
+        pod->Succeeds(error);
+    }
+
+    static int OM_VENDOR_CALL GetDevCount(ErrorCode* error) {
+        pod->Succeeds(error);
+        return pod->input.ConsumeIntegral<int>();
+    }
+
+    static Result OM_VENDOR_CALL GetDevName(int, char* name, ErrorCode* error) {
+        pod->FillText({name, 1024});
+        return pod->Succeeds(error);
+    }
+
+    static Result OM_VENDOR_CALL OpenJtag(Handle* handle, char*, ErrorCode* error, void*) {
+        *handle = kInterface;
+        pod->isOpen = pod->Succeeds(error) != 0;
+        return pod->isOpen ? 1 : 0;
+    }
+
+    static Result OM_VENDOR_CALL CloseJtag(Handle handle, ErrorCode* error) {
+        const Result result = SucceedsOn(handle, error);
+        pod->isOpen = false;
+        return result;
+    }
+
+    static Result OM_VENDOR_CALL EnableJtag(Handle handle, ErrorCode* error, void*) {
+        return SucceedsOn(handle, error);
+    }
+
+    static Result OM_VENDOR_CALL DisableJtag(Handle handle, ErrorCode* error) {
+        return SucceedsOn(handle, error);
+    }
+
+    static Result OM_VENDOR_CALL PutTdiBits(Handle handle, int bits, uint8_t*, int, int getTdo,
+                                            uint8_t* tdo, ErrorCode* error, void*) {
+        GiveTdo(bits, getTdo, tdo);
+        return SucceedsOn(handle, error);
+    }
+
+    static Result OM_VENDOR_CALL PutTmsTdiBits(Handle handle, int pairs, uint8_t*, int getTdo,
+                                               uint8_t* tdo, ErrorCode* error, void*) {
+        GiveTdo(pairs, getTdo, tdo);
+        return SucceedsOn(handle, error);
+    }
+};
 
 HostileDigilent::HostileDigilent(const uint8_t* data, size_t size) : Pod(data, size) {
     pod = this;
     libraries = {"dpcutil.dll"};
-    exports = {
-        {"DpcInit", Export(Init)},
-        {"DpcTerm", Export(Term)},
-        {"DvmgStartConfigureDevices", Export(StartConfigureDevices)},
-        {"DvmgGetDevCount", Export(GetDevCount)},
-        {"DvmgGetDevName", Export(GetDevName)},
-        {"DpcOpenJtag", Export(OpenJtag)},
-        {"DpcCloseJtag", Export(CloseJtag)},
-        {"DpcEnableJtag", Export(EnableJtag)},
-        {"DpcDisableJtag", Export(DisableJtag)},
-        {"DpcPutTdiBits", Export(PutTdiBits)},
-        {"DpcPutTmsTdiBits", Export(PutTmsTdiBits)},
-    };
+    exports = GetDigilentExports<Exported>();
 }
 
 HostileDigilent::~HostileDigilent() {

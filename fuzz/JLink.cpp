@@ -5,6 +5,7 @@
 #include "fuzz/Check.h"
 #include "fuzz/Patience.h"
 #include "fuzz/Pod.h"
+#include "tests/jtag/JLinkExports.h"
 
 namespace {
 
@@ -30,73 +31,49 @@ struct HostileJLink : Pod {
 
 HostileJLink* pod = nullptr; // the library's functions carry no context
 
-const char* OM_VENDOR_CALL Open() {
-    pod->Report(pod->onWarning);
-    pod->isOpen = !pod->Misbehaves();
-    return pod->isOpen ? nullptr : "\xFF?";
-}
+struct Exported {
+    static const char* OM_VENDOR_CALL Open() {
+        pod->Report(pod->onWarning);
+        pod->isOpen = !pod->Misbehaves();
+        return pod->isOpen ? nullptr : "\xFF?";
+    }
 
-void OM_VENDOR_CALL Close() {
-    Check(pod->isOpen, "only what is open is closed");
-    pod->isOpen = false;
-}
+    static void OM_VENDOR_CALL Close() {
+        Check(pod->isOpen, "only what is open is closed");
+        pod->isOpen = false;
+    }
 
-uint8_t OM_VENDOR_CALL SelectUSB(int) {
-    return pod->Misbehaves();
-}
+    static uint8_t OM_VENDOR_CALL SelectUSB(int) { return pod->Misbehaves(); }
 
-uint8_t OM_VENDOR_CALL SelectIP(const char*, int) {
-    return pod->Misbehaves();
-}
+    static uint8_t OM_VENDOR_CALL SelectIP(const char*, int) { return pod->Misbehaves(); }
 
-void OM_VENDOR_CALL SetWarnOutHandler(Handler handler) {
-    pod->onWarning = handler;
-}
+    static void OM_VENDOR_CALL SetWarnOutHandler(Handler handler) { pod->onWarning = handler; }
 
-void OM_VENDOR_CALL SetErrorOutHandler(Handler handler) {
-    pod->onError = handler;
-}
+    static void OM_VENDOR_CALL SetErrorOutHandler(Handler handler) { pod->onError = handler; }
 
-uint8_t OM_VENDOR_CALL HasError() {
-    return pod->Misbehaves();
-}
+    static uint8_t OM_VENDOR_CALL HasError() { return pod->Misbehaves(); }
 
-void OM_VENDOR_CALL ClrError() {
-    pod->Report(pod->onError);
-}
+    static void OM_VENDOR_CALL ClrError() { pod->Report(pod->onError); }
 
-void OM_VENDOR_CALL SetSpeed(uint32_t) {
-    pod->Report(pod->onWarning);
-}
+    static void OM_VENDOR_CALL SetSpeed(uint32_t) { pod->Report(pod->onWarning); }
 
-void OM_VENDOR_CALL StoreGetRaw(const uint8_t* tdi, uint8_t* tdo, const uint8_t* tms,
-                                uint32_t bits) {
-    Check(pod->isOpen && tdi && tms, "only an open device is used");
-    pod->Fill({tdo, (bits + 7) / 8});
-    pod->Report(pod->onError);
-}
+    static void OM_VENDOR_CALL StoreGetRaw(const uint8_t* tdi, uint8_t* tdo, const uint8_t* tms,
+                                           uint32_t bits) {
+        Check(pod->isOpen && tdi && tms, "only an open device is used");
+        pod->Fill({tdo, (bits + 7) / 8});
+        pod->Report(pod->onError);
+    }
 
-void OM_VENDOR_CALL StoreRaw(const uint8_t* tdi, const uint8_t* tms, uint32_t) {
-    Check(pod->isOpen && tdi && tms, "only an open device is used");
-    pod->Report(pod->onError);
-}
+    static void OM_VENDOR_CALL StoreRaw(const uint8_t* tdi, const uint8_t* tms, uint32_t) {
+        Check(pod->isOpen && tdi && tms, "only an open device is used");
+        pod->Report(pod->onError);
+    }
+};
 
 HostileJLink::HostileJLink(const uint8_t* data, size_t size) : Pod(data, size) {
     pod = this;
     libraries = {"JLinkARM.dll"};
-    exports = {
-        {"JLINKARM_Open", Export(Open)},
-        {"JLINKARM_Close", Export(Close)},
-        {"JLINKARM_SelectUSB", Export(SelectUSB)},
-        {"JLINKARM_SelectIP", Export(SelectIP)},
-        {"JLINKARM_SetWarnOutHandler", Export(SetWarnOutHandler)},
-        {"JLINKARM_SetErrorOutHandler", Export(SetErrorOutHandler)},
-        {"JLINKARM_HasError", Export(HasError)},
-        {"JLINKARM_ClrError", Export(ClrError)},
-        {"JLINKARM_SetSpeed", Export(SetSpeed)},
-        {"JLINKARM_JTAG_StoreGetRaw", Export(StoreGetRaw)},
-        {"JLINKARM_JTAG_StoreRaw", Export(StoreRaw)},
-    };
+    exports = GetJLinkExports<Exported>();
 }
 
 HostileJLink::~HostileJLink() {

@@ -1,6 +1,7 @@
 #include "tests/jtag/FakeDigilent.h"
 
 #include "jtag/VendorLibrary.h"
+#include "tests/jtag/DigilentExports.h"
 
 #include <algorithm>
 #include <cstdio>
@@ -54,105 +55,97 @@ void GiveTdo(int getTdo, int clocks, uint8_t* tdo) {
     fake->tdo.pop_front();
 }
 
-Boolean OM_VENDOR_CALL Init(ErrorCode* error) {
-    const Boolean done = Called("DpcInit", "", error);
-    fake->initialized += done;
-    return done;
-}
+struct Exported {
+    static Boolean OM_VENDOR_CALL Init(ErrorCode* error) {
+        const Boolean done = Called("DpcInit", "", error);
+        fake->initialized += done;
+        return done;
+    }
 
-void OM_VENDOR_CALL Term() {
-    EXPECT_EQ(fake->opened, 0) << "DpcTerm with an open interface";
-    fake->Note("DpcTerm", "");
-    --fake->initialized;
-}
+    static void OM_VENDOR_CALL Term() {
+        EXPECT_EQ(fake->opened, 0) << "DpcTerm with an open interface";
+        fake->Note("DpcTerm", "");
+        --fake->initialized;
+    }
 
-void OM_VENDOR_CALL StartConfigureDevices(void* parent, ErrorCode* error) {
-    fake->Note("DvmgStartConfigureDevices", "");
-    fake->configuredOver = parent;
-    *error = fake->configureError;
-}
+    static void OM_VENDOR_CALL StartConfigureDevices(void* parent, ErrorCode* error) {
+        fake->Note("DvmgStartConfigureDevices", "");
+        fake->configuredOver = parent;
+        *error = fake->configureError;
+    }
 
-int OM_VENDOR_CALL GetDevCount(ErrorCode* error) {
-    return Called("DvmgGetDevCount", "", error) ? fake->deviceCount : 0;
-}
+    static int OM_VENDOR_CALL GetDevCount(ErrorCode* error) {
+        return Called("DvmgGetDevCount", "", error) ? fake->deviceCount : 0;
+    }
 
-Boolean OM_VENDOR_CALL GetDevName(int index, char* name, ErrorCode* error) {
-    if (!Called("DvmgGetDevName", std::to_string(index), error) || index < 0 ||
-        static_cast<size_t>(index) >= fake->names.size())
-        return 0;
-    std::strcpy(name, fake->names[static_cast<size_t>(index)].c_str());
-    return 1;
-}
+    static Boolean OM_VENDOR_CALL GetDevName(int index, char* name, ErrorCode* error) {
+        if (!Called("DvmgGetDevName", std::to_string(index), error) || index < 0 ||
+            static_cast<size_t>(index) >= fake->names.size())
+            return 0;
+        std::strcpy(name, fake->names[static_cast<size_t>(index)].c_str());
+        return 1;
+    }
 
-Boolean OM_VENDOR_CALL OpenJtag(Handle* handle, char* name, ErrorCode* error, void* transaction) {
-    EXPECT_EQ(transaction, nullptr);
-    const Boolean done = Called("DpcOpenJtag", std::string("'") + name + "'", error);
-    *handle = kInterface; // left there even if the call fails
-    fake->opened += done;
-    return done;
-}
+    static Boolean OM_VENDOR_CALL OpenJtag(Handle* handle, char* name, ErrorCode* error,
+                                           void* transaction) {
+        EXPECT_EQ(transaction, nullptr);
+        const Boolean done = Called("DpcOpenJtag", std::string("'") + name + "'", error);
+        *handle = kInterface; // left there even if the call fails
+        fake->opened += done;
+        return done;
+    }
 
-Boolean OM_VENDOR_CALL CloseJtag(Handle handle, ErrorCode* error) {
-    const Boolean done = CalledOn(handle, "DpcCloseJtag", "", error);
-    --fake->opened;
-    return done;
-}
+    static Boolean OM_VENDOR_CALL CloseJtag(Handle handle, ErrorCode* error) {
+        const Boolean done = CalledOn(handle, "DpcCloseJtag", "", error);
+        --fake->opened;
+        return done;
+    }
 
-Boolean OM_VENDOR_CALL EnableJtag(Handle handle, ErrorCode* error, void* transaction) {
-    EXPECT_EQ(transaction, nullptr);
-    const Boolean done = CalledOn(handle, "DpcEnableJtag", "", error);
-    fake->enabled += done;
-    return done;
-}
+    static Boolean OM_VENDOR_CALL EnableJtag(Handle handle, ErrorCode* error, void* transaction) {
+        EXPECT_EQ(transaction, nullptr);
+        const Boolean done = CalledOn(handle, "DpcEnableJtag", "", error);
+        fake->enabled += done;
+        return done;
+    }
 
-Boolean OM_VENDOR_CALL DisableJtag(Handle handle, ErrorCode* error) {
-    const Boolean done = CalledOn(handle, "DpcDisableJtag", "", error);
-    --fake->enabled;
-    return done;
-}
+    static Boolean OM_VENDOR_CALL DisableJtag(Handle handle, ErrorCode* error) {
+        const Boolean done = CalledOn(handle, "DpcDisableJtag", "", error);
+        --fake->enabled;
+        return done;
+    }
 
-Boolean OM_VENDOR_CALL PutTdiBits(Handle handle, int bits, uint8_t* tdi, Boolean tms,
-                                  Boolean getTdo, uint8_t* tdo, ErrorCode* error,
-                                  void* transaction) {
-    EXPECT_EQ(transaction, nullptr);
-    const auto size = static_cast<size_t>(bits + 7) / 8;
-    const Boolean done = CalledOn(handle, "DpcPutTdiBits",
-                                  std::to_string(bits) + " tms " + std::to_string(tms) +
-                                      (getTdo ? " tdo" : "") + Hex(tdi, size),
-                                  error);
-    GiveTdo(getTdo, bits, tdo);
-    return done;
-}
+    static Boolean OM_VENDOR_CALL PutTdiBits(Handle handle, int bits, uint8_t* tdi, Boolean tms,
+                                             Boolean getTdo, uint8_t* tdo, ErrorCode* error,
+                                             void* transaction) {
+        EXPECT_EQ(transaction, nullptr);
+        const auto size = static_cast<size_t>(bits + 7) / 8;
+        const Boolean done = CalledOn(handle, "DpcPutTdiBits",
+                                      std::to_string(bits) + " tms " + std::to_string(tms) +
+                                          (getTdo ? " tdo" : "") + Hex(tdi, size),
+                                      error);
+        GiveTdo(getTdo, bits, tdo);
+        return done;
+    }
 
-Boolean OM_VENDOR_CALL PutTmsTdiBits(Handle handle, int pairs, uint8_t* bytes, Boolean getTdo,
-                                     uint8_t* tdo, ErrorCode* error, void* transaction) {
-    EXPECT_EQ(transaction, nullptr);
-    const auto size = static_cast<size_t>(pairs + 3) / 4;
-    const Boolean done =
-        CalledOn(handle, "DpcPutTmsTdiBits",
-                 std::to_string(pairs) + (getTdo ? " tdo" : "") + Hex(bytes, size), error);
-    GiveTdo(getTdo, pairs, tdo);
-    return done;
-}
+    static Boolean OM_VENDOR_CALL PutTmsTdiBits(Handle handle, int pairs, uint8_t* bytes,
+                                                Boolean getTdo, uint8_t* tdo, ErrorCode* error,
+                                                void* transaction) {
+        EXPECT_EQ(transaction, nullptr);
+        const auto size = static_cast<size_t>(pairs + 3) / 4;
+        const Boolean done =
+            CalledOn(handle, "DpcPutTmsTdiBits",
+                     std::to_string(pairs) + (getTdo ? " tdo" : "") + Hex(bytes, size), error);
+        GiveTdo(getTdo, pairs, tdo);
+        return done;
+    }
+};
 
 } // namespace
 
 FakeDigilent::FakeDigilent() {
     fake = this;
     libraries = {"dpcutil.dll"};
-    exports = {
-        {"DpcInit", Export(Init)},
-        {"DpcTerm", Export(Term)},
-        {"DvmgStartConfigureDevices", Export(StartConfigureDevices)},
-        {"DvmgGetDevCount", Export(GetDevCount)},
-        {"DvmgGetDevName", Export(GetDevName)},
-        {"DpcOpenJtag", Export(OpenJtag)},
-        {"DpcCloseJtag", Export(CloseJtag)},
-        {"DpcEnableJtag", Export(EnableJtag)},
-        {"DpcDisableJtag", Export(DisableJtag)},
-        {"DpcPutTdiBits", Export(PutTdiBits)},
-        {"DpcPutTmsTdiBits", Export(PutTmsTdiBits)},
-    };
+    exports = GetDigilentExports<Exported>();
 }
 
 FakeDigilent::~FakeDigilent() {

@@ -1,6 +1,7 @@
 #include "tests/jtag/FakeJLink.h"
 
 #include "jtag/VendorLibrary.h"
+#include "tests/jtag/JLinkExports.h"
 
 #include <algorithm>
 #include <cstdio>
@@ -34,92 +35,82 @@ void Report() {
     }
 }
 
-const char* OM_VENDOR_CALL Open() {
-    fake->calls.push_back("Open");
-    fake->isOpen = fake->openFailure == nullptr;
-    return fake->openFailure;
-}
-
-void OM_VENDOR_CALL Close() {
-    EXPECT_TRUE(fake->isOpen);
-    EXPECT_FALSE(fake->pendingError) << "closed with an error pending";
-    fake->calls.push_back("Close");
-    fake->isOpen = false;
-}
-
-char OM_VENDOR_CALL SelectUSB(int number) {
-    fake->calls.push_back("SelectUSB " + std::to_string(number));
-    return static_cast<char>(fake->selectResult);
-}
-
-char OM_VENDOR_CALL SelectIP(const char* host, int port) {
-    fake->calls.push_back(std::string("SelectIP '") + host + "' " + std::to_string(port));
-    return static_cast<char>(fake->selectResult);
-}
-
-void OM_VENDOR_CALL SetWarnOutHandler(void (*handler)(const char*)) {
-    fake->calls.push_back("SetWarnOutHandler");
-    fake->onWarning = handler;
-}
-
-void OM_VENDOR_CALL SetErrorOutHandler(void (*handler)(const char*)) {
-    fake->calls.push_back("SetErrorOutHandler");
-    fake->onError = handler;
-}
-
-char OM_VENDOR_CALL HasError() {
-    fake->calls.push_back("HasError");
-    return fake->pendingError ? 1 : 0;
-}
-
-void OM_VENDOR_CALL ClrError() {
-    fake->calls.push_back("ClrError");
-    fake->pendingError = false;
-}
-
-void OM_VENDOR_CALL SetSpeed(uint32_t kilohertz) {
-    fake->calls.push_back("SetSpeed " + std::to_string(kilohertz));
-}
-
-void OM_VENDOR_CALL StoreGetRaw(const uint8_t* tdi, uint8_t* tdo, const uint8_t* tms,
-                                uint32_t bits) {
-    EXPECT_TRUE(fake->isOpen);
-    fake->calls.push_back("StoreGetRaw " + std::to_string(bits) + " tms" + Hex(tms, bits) + " tdi" +
-                          Hex(tdi, bits));
-    std::fill_n(tdo, (bits + 7) / 8, uint8_t{0});
-    if (!fake->tdo.empty()) {
-        EXPECT_LE(fake->tdo.front().size(), (bits + 7) / 8);
-        std::copy(fake->tdo.front().begin(), fake->tdo.front().end(), tdo);
-        fake->tdo.pop_front();
+struct Exported {
+    static const char* OM_VENDOR_CALL Open() {
+        fake->calls.push_back("Open");
+        fake->isOpen = fake->openFailure == nullptr;
+        return fake->openFailure;
     }
-    Report();
-}
 
-void OM_VENDOR_CALL StoreRaw(const uint8_t* tdi, const uint8_t* tms, uint32_t bits) {
-    EXPECT_TRUE(fake->isOpen);
-    fake->calls.push_back("StoreRaw " + std::to_string(bits) + " tms" + Hex(tms, bits) + " tdi" +
-                          Hex(tdi, bits));
-    Report();
-}
+    static void OM_VENDOR_CALL Close() {
+        EXPECT_TRUE(fake->isOpen);
+        EXPECT_FALSE(fake->pendingError) << "closed with an error pending";
+        fake->calls.push_back("Close");
+        fake->isOpen = false;
+    }
+
+    static char OM_VENDOR_CALL SelectUSB(int number) {
+        fake->calls.push_back("SelectUSB " + std::to_string(number));
+        return static_cast<char>(fake->selectResult);
+    }
+
+    static char OM_VENDOR_CALL SelectIP(const char* host, int port) {
+        fake->calls.push_back(std::string("SelectIP '") + host + "' " + std::to_string(port));
+        return static_cast<char>(fake->selectResult);
+    }
+
+    static void OM_VENDOR_CALL SetWarnOutHandler(void (*handler)(const char*)) {
+        fake->calls.push_back("SetWarnOutHandler");
+        fake->onWarning = handler;
+    }
+
+    static void OM_VENDOR_CALL SetErrorOutHandler(void (*handler)(const char*)) {
+        fake->calls.push_back("SetErrorOutHandler");
+        fake->onError = handler;
+    }
+
+    static char OM_VENDOR_CALL HasError() {
+        fake->calls.push_back("HasError");
+        return fake->pendingError ? 1 : 0;
+    }
+
+    static void OM_VENDOR_CALL ClrError() {
+        fake->calls.push_back("ClrError");
+        fake->pendingError = false;
+    }
+
+    static void OM_VENDOR_CALL SetSpeed(uint32_t kilohertz) {
+        fake->calls.push_back("SetSpeed " + std::to_string(kilohertz));
+    }
+
+    static void OM_VENDOR_CALL StoreGetRaw(const uint8_t* tdi, uint8_t* tdo, const uint8_t* tms,
+                                           uint32_t bits) {
+        EXPECT_TRUE(fake->isOpen);
+        fake->calls.push_back("StoreGetRaw " + std::to_string(bits) + " tms" + Hex(tms, bits) +
+                              " tdi" + Hex(tdi, bits));
+        std::fill_n(tdo, (bits + 7) / 8, uint8_t{0});
+        if (!fake->tdo.empty()) {
+            EXPECT_LE(fake->tdo.front().size(), (bits + 7) / 8);
+            std::copy(fake->tdo.front().begin(), fake->tdo.front().end(), tdo);
+            fake->tdo.pop_front();
+        }
+        Report();
+    }
+
+    static void OM_VENDOR_CALL StoreRaw(const uint8_t* tdi, const uint8_t* tms, uint32_t bits) {
+        EXPECT_TRUE(fake->isOpen);
+        fake->calls.push_back("StoreRaw " + std::to_string(bits) + " tms" + Hex(tms, bits) +
+                              " tdi" + Hex(tdi, bits));
+        Report();
+    }
+};
 
 } // namespace
 
 FakeJLink::FakeJLink() {
     fake = this;
     libraries = {"JLinkARM.dll"};
-    exports = {
-        {"JLINKARM_Open", Export(Open)},
-        {"JLINKARM_Close", Export(Close)},
-        {"JLINKARM_SelectUSB", Export(SelectUSB)},
-        {"JLINKARM_SelectIP", Export(SelectIP)},
-        {"JLINKARM_SetWarnOutHandler", Export(SetWarnOutHandler)},
-        {"JLINKARM_SetErrorOutHandler", Export(SetErrorOutHandler)},
-        {"JLINKARM_HasError", Export(HasError)},
-        {"JLINKARM_ClrError", Export(ClrError)},
-        {"JLINKARM_SetSpeed", Export(SetSpeed)},
-        {"JLINKARM_JTAG_StoreGetRaw", Export(StoreGetRaw)},
-        {"JLINKARM_JTAG_StoreRaw", Export(StoreRaw)},
-    };
+    exports = GetJLinkExports<Exported>();
 }
 
 FakeJLink::~FakeJLink() {
