@@ -5,6 +5,7 @@
 #include "bsdl/BsdlParser.h"
 #include "bsdl/BsdlScanner.h"
 #include "bsdl/NumberText.h"
+#include "platform/Translation.h"
 
 #include <algorithm>
 
@@ -31,6 +32,12 @@ std::string_view WithoutQuotes(const std::string& quoted) {
     return std::string_view(quoted).substr(1, quoted.size() - 2);
 }
 
+// The bytes of the name stay as they are, whatever they mean in the local encoding.
+std::string DescribePlace(const std::string& fileName, int line) {
+    return ToLocal(Translated("(in '")) + fileName +
+           ToLocal(TranslatedFormat("' on line %d) ", line));
+}
+
 } // namespace
 
 void OmBsdlActions::Error(const std::string& message) {
@@ -38,15 +45,13 @@ void OmBsdlActions::Error(const std::string& message) {
     if (!callback_)
         return;
     const char* fileName = CurrentFileName();
-    const std::string place = fileName ? "(in '" + std::string(fileName) + "' on line " +
-                                             std::to_string(CurrentLine()) + ") "
-                                       : std::string();
+    const std::string place = fileName ? DescribePlace(fileName, CurrentLine()) : std::string();
     callback_->Error((place + message).c_str());
 }
 
 void OmBsdlActions::Info(const char* message) {
     if (callback_)
-        callback_->Info(message);
+        callback_->Info(ToLocal(Translated(message)).c_str());
 }
 
 void OmBsdlActions::SetEntity(Text name) {
@@ -61,7 +66,7 @@ bool OmBsdlActions::SetBounds(Text left, Text right) {
     const auto first = ReadLeadingNumber<int32_t>(*left);
     const auto second = ReadLeadingNumber<int32_t>(*right);
     if (!first || !second) {
-        Error("invalig bit_vector dimensions");
+        Error(ToLocal(Translated("invalig bit_vector dimensions")));
         return false;
     }
     left_ = *first;
@@ -146,14 +151,14 @@ bool OmBsdlActions::EndCell(Text number) {
     const bool added = data_.AddCell(*number, cell_.cell, cell_.port, cell_.function, cell_.safe,
                                      cell_.controlCell, cell_.disableValue, cell_.disableResult);
     if (!added)
-        Error("illegal cell description in 'BOUNDARY_REGISTER' attribute");
+        Error(ToLocal(Translated("illegal cell description in 'BOUNDARY_REGISTER' attribute")));
     return added;
 }
 
 bool OmBsdlActions::CheckCellFunction(Text function) {
     if (FindCellFunction(*function))
         return true;
-    Error("unknown Cell_Function");
+    Error(ToLocal(Translated("unknown Cell_Function")));
     return false;
 }
 
@@ -161,7 +166,7 @@ bool OmBsdlActions::CheckDisableResult(Text result) {
     const bool known = std::ranges::any_of(
         kDisableResults, [result](const char* each) { return EqualsIgnoringCase(*result, each); });
     if (!known)
-        Error("unknown Disable_Result");
+        Error(ToLocal(Translated("unknown Disable_Result")));
     return known;
 }
 

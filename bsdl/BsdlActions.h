@@ -19,7 +19,7 @@ class OmBsdlActions {
         : data_(data), callback_(callback) {}
 
     void Error(const std::string& message); // counted, and told with its place in the file
-    void Info(const char* message);
+    void Info(const char* message);         // for translation
 
     bool HasErrors() const { return errorCount_ > 0; }
 

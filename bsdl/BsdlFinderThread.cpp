@@ -5,6 +5,7 @@
 #include "bsdl/BsdlParser.h"
 #include "bsdl/IdcodePattern.h"
 #include "platform/Text.h"
+#include "platform/Translation.h"
 
 #include <memory>
 
@@ -47,12 +48,13 @@ wxString DescribeFind(const wxString& path, const OmBsdlData& data, const std::s
 }
 
 wxString DescribeBadPattern(const wxString& path) {
-    return "Error: (in '" + path +
-           "') semantic error\n        : IDCODE_REGISTER pattern must have 32 bit length\n";
+    return TranslatedFormat("Error: (in '%ls') semantic error\n        : IDCODE_REGISTER pattern "
+                            "must have 32 bit length\n",
+                            path.wc_str());
 }
 
 wxString DescribeOpenError(const wxString& path) {
-    return "Cannot open directory '" + path + "'\n";
+    return TranslatedFormat("Cannot open directory '%ls'\n", path.wc_str());
 }
 
 // A folder that cannot be read shall cost one line, not two.

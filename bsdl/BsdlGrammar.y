@@ -19,6 +19,7 @@ class OmBsdlActions;
 %code {
 #include "bsdl/BsdlActions.h"
 #include "bsdl/BsdlScanner.h"
+#include "platform/Translation.h"
 
 // No rule nests, so a deeper stack can only come from a defect.
 #define YYINITDEPTH 200
@@ -30,7 +31,13 @@ static int bsdllex(const std::string** value) {
     return token;
 }
 
-static void bsdlerror(OmBsdlActions& actions, const char* message) { actions.Error(message); }
+// What the generated parser itself has to say.
+[[maybe_unused]] static constexpr const char* kOwnMessages[] = {ForTranslation("syntax error"),
+                                                                ForTranslation("memory exhausted")};
+
+static void bsdlerror(OmBsdlActions& actions, const char* message) {
+    actions.Error(ToLocal(Translated(message)));
+}
 }
 
 %define api.prefix {bsdl}
@@ -60,7 +67,7 @@ design:
 entity_head:
     ENTITY IDENTIFIER IS { actions.SetEntity($2); }
 |   error {
-        actions.Info("improper entity declaration; may be this is not a BSDL file");
+        actions.Info(ForTranslation("improper entity declaration; may be this is not a BSDL file"));
         YYABORT;
     }
 ;
@@ -68,7 +75,7 @@ entity_head:
 entity_tail:
     END IDENTIFIER SEMICOLON
 |   error {
-        actions.Info("improper entity declaration");
+        actions.Info(ForTranslation("improper entity declaration"));
         YYABORT;
     }
 ;
@@ -83,7 +90,7 @@ generic_clause:
         actions.SetDefaultPinMapping();
     }
 |   error {
-        actions.Info("improper generic parameter declaration");
+        actions.Info(ForTranslation("improper generic parameter declaration"));
         YYABORT;
     }
 ;
@@ -91,7 +98,7 @@ generic_clause:
 port_clause:
     PORT LPAREN port_list RPAREN SEMICOLON
 |   error {
-        actions.Info("improper port declaration");
+        actions.Info(ForTranslation("improper port declaration"));
         YYABORT;
     }
 ;
@@ -236,7 +243,7 @@ constant_body:
 type_name:
     IDENTIFIER
 |   error {
-        actions.Info("error in attribute type identification");
+        actions.Info(ForTranslation("error in attribute type identification"));
         YYABORT;
     }
 ;
@@ -283,7 +290,7 @@ opcode_list:
     opcode_item
 |   opcode_list COMMA opcode_item
 |   error {
-        actions.Info("error in Instruction_Opcode attribute statement");
+        actions.Info(ForTranslation("error in Instruction_Opcode attribute statement"));
         YYABORT;
     }
 ;
@@ -307,7 +314,7 @@ private_list:
     private_item
 |   private_list COMMA private_item
 |   error {
-        actions.Info("error in Opcode List");
+        actions.Info(ForTranslation("error in Opcode List"));
         YYABORT;
     }
 ;
@@ -344,7 +351,7 @@ cell_list:
     cell_item
 |   cell_list COMMA cell_item
 |   error {
-        actions.Info("error in Boundary Cell description");
+        actions.Info(ForTranslation("error in Boundary Cell description"));
         YYABORT;
     }
 ;

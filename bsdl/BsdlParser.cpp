@@ -3,9 +3,10 @@
 #include "bsdl/BsdlActions.h"
 #include "bsdl/BsdlGrammar.h"
 #include "bsdl/BsdlScanner.h"
+#include "platform/Translation.h"
 
 void OmBsdlParserCallbackImpl::Error(const char* message) {
-    text += "Error: " + std::string(message) + "\n";
+    text += ToLocal(Translated("Error: ")) + std::string(message) + "\n";
 }
 
 void OmBsdlParserCallbackImpl::Info(const char* message) {

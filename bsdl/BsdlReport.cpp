@@ -2,6 +2,7 @@
 
 #include "bsdl/BsdlData.h"
 #include "platform/Text.h"
+#include "platform/Translation.h"
 
 #include <iterator>
 
@@ -10,6 +11,8 @@ namespace {
 constexpr const char* kFunctionColumn[] = {" input   ", " output2 ", " output3 ",
                                            " control ", " controlr", " internal",
                                            " clock   ", " bidir   ", "observe_only"};
+
+constexpr const char* kErrorMark = "***ERROR***";
 
 std::string Join(const std::vector<std::string>& texts) {
     std::string joined;
@@ -22,11 +25,11 @@ std::string FormatPort(const OmBsdlPort& port) {
     const char* direction = GetPortDirectionName(port.Direction);
     const std::string bounds =
         port.I1 != -1 && port.I2 != -1 ? OmFormat("(%d-%d)", port.I1, port.I2) : std::string();
-    return "    " + port.Name + bounds + ": " + (direction ? direction : "***ERROR***") + "\n";
+    return "    " + port.Name + bounds + ": " + (direction ? direction : kErrorMark) + "\n";
 }
 
 std::string FormatPorts(const OmBsdlData& data) {
-    std::string text = "Port signals:\n";
+    std::string text = ToLocal(Translated("Port signals:\n"));
     for (const OmBsdlPort& port : data.ports)
         text += FormatPort(port);
     return text + "\n";
@@ -39,12 +42,13 @@ std::string FormatPinMapEntry(const OmBsdlPinMapEntry& entry) {
 
 std::string FormatPinMappings(const OmBsdlData& data) {
     if (data.pinMappings.empty())
-        return "Device package pin mappings: n/a\n\n";
-    std::string text = data.pinMappings.size() == 1 ? "Device package pin mapping: "
-                                                    : "Device package pin mappings: ";
+        return ToLocal(Translated("Device package pin mappings: n/a\n\n"));
+    std::string text =
+        ToLocal(TranslatedPlural("Device package pin mapping: ", "Device package pin mappings: ",
+                                 static_cast<unsigned>(data.pinMappings.size())));
     text += Join(data.GetPinMappingNames()) + "\n";
     for (const auto& [name, entries] : data.pinMappings) {
-        text += "\n" + name + " pin mapping:\n";
+        text += ToLocal(TranslatedFormat("\n%ls pin mapping:\n", FromLocal(name).c_str()));
         for (const OmBsdlPinMapEntry& entry : entries)
             text += FormatPinMapEntry(entry);
     }
@@ -53,9 +57,11 @@ std::string FormatPinMappings(const OmBsdlData& data) {
 
 std::string FormatInstructions(const OmBsdlData& data) {
     const int length = data.GetInstructionLength();
-    std::string text = "Instruction register length: ";
-    text += length < 2 ? "unknown" : OmFormat("%d bits", length);
-    text += "\n\nInstructions:\n";
+    std::wstring wide = length < 2
+                            ? Translated("Instruction register length: unknown")
+                            : TranslatedFormat("Instruction register length: %d bits", length);
+    wide += L"\n\n" + Translated("Instructions:\n");
+    std::string text = ToLocal(wide);
     for (const auto& [name, codes] : data.instructions)
         text += "    " + name + " (" + Join(codes) + ")\n";
     return text + "\n";
@@ -64,10 +70,10 @@ std::string FormatInstructions(const OmBsdlData& data) {
 std::string FormatIdcodes(const OmBsdlData& data) {
     const std::vector<std::string>& patterns = data.GetIdcodes();
     if (patterns.empty())
-        return "Device ID codes: n/a\n\n";
+        return ToLocal(Translated("Device ID codes: n/a\n\n"));
     if (patterns.size() == 1)
-        return "Device ID code: " + patterns.front() + "\n\n";
-    std::string text = "Device ID codes:\n";
+        return ToLocal(Translated("Device ID code: ")) + patterns.front() + "\n\n";
+    std::string text = ToLocal(Translated("Device ID codes:\n"));
     for (const std::string& pattern : patterns)
         text += "    " + pattern + "\n";
     return text + "\n";
@@ -75,7 +81,7 @@ std::string FormatIdcodes(const OmBsdlData& data) {
 
 const char* FormatFunction(OmBsdlCellFunction function) {
     const auto index = static_cast<size_t>(function);
-    return index < std::size(kFunctionColumn) ? kFunctionColumn[index] : "***ERROR***";
+    return index < std::size(kFunctionColumn) ? kFunctionColumn[index] : kErrorMark;
 }
 
 const char* FormatSafe(uint8_t safe) {
@@ -96,11 +102,11 @@ std::string FormatCell(size_t number, const OmBsdlCell& cell) {
 }
 
 std::string FormatCells(const OmBsdlData& data) {
-    std::string text = OmFormat("Boundary-scan register length: %u bits\n\n",
-                                static_cast<unsigned>(data.GetBoundaryLength()));
+    std::string text = ToLocal(TranslatedFormat("Boundary-scan register length: %u bits\n\n",
+                                                static_cast<unsigned>(data.GetBoundaryLength())));
     if (data.cells.empty())
-        return text + "Boundary-scan register cells: n/a\n";
-    text += "Boundary-scan register cells:\n";
+        return text + ToLocal(Translated("Boundary-scan register cells: n/a\n"));
+    text += ToLocal(Translated("Boundary-scan register cells:\n"));
     for (size_t number = 0; number < data.cells.size(); ++number)
         for (const OmBsdlCell& cell : data.cells[number])
             text += FormatCell(number, cell);
@@ -110,6 +116,7 @@ std::string FormatCells(const OmBsdlData& data) {
 } // namespace
 
 std::string FormatBsdlReport(const OmBsdlData& data) {
-    return "Device name: " + data.entity + "\n\n" + FormatPorts(data) + FormatPinMappings(data) +
-           FormatInstructions(data) + FormatIdcodes(data) + FormatCells(data);
+    return ToLocal(Translated("Device name: ")) + data.entity + "\n\n" + FormatPorts(data) +
+           FormatPinMappings(data) + FormatInstructions(data) + FormatIdcodes(data) +
+           FormatCells(data);
 }

@@ -2,6 +2,7 @@
 
 #include "bsdl/BsdlRules.lex.h"
 #include "bsdl/BsdlScannerRules.h"
+#include "platform/Translation.h"
 
 #include <cstdio>
 #include <cstdlib>
@@ -19,7 +20,7 @@ constexpr int kFileBufferSize = 16384;
 // the tokens of a file take many times its size.
 constexpr int64_t kMaxFileSize = int64_t{32} * 1024 * 1024;
 
-constexpr const char* kOutOfMemory = "memory allocation error";
+constexpr const char* kOutOfMemory = ForTranslation("memory allocation error");
 
 struct FileCloser {
     void operator()(std::FILE* file) const {
@@ -94,14 +95,14 @@ void SetScannerErrorFunction(std::function<void(const char*)> function) {
 int OpenScannerFile(const char* path) {
     FileHandle file = OpenForReading(path);
     if (!file) {
-        ReportError("failed to open file '" + std::string(path) + "'");
+        ReportError(ToLocal(Translated("failed to open file '")) + path + "'");
         return -1;
     }
     if (state.top)
         return -2;
     std::unique_ptr<OmScannerFrame> frame = MakeFrame(path, 1);
     if (!frame) {
-        ReportError(kOutOfMemory);
+        ReportError(ToLocal(Translated(kOutOfMemory)));
         return -3;
     }
     frame->buffer = bsdlscan_create_buffer(file.get(), kFileBufferSize);
@@ -115,7 +116,7 @@ int PushScannerString(std::string_view text, int32_t line) {
     std::unique_ptr<OmScannerFrame> frame =
         MakeFrame(state.top ? state.top->fileName : std::string(), line);
     if (!frame) {
-        ReportError(kOutOfMemory);
+        ReportError(ToLocal(Translated(kOutOfMemory)));
         return -1;
     }
     // The generated scanner counts in int and adds two bytes of its own.
@@ -123,7 +124,7 @@ int PushScannerString(std::string_view text, int32_t line) {
     if (fits)
         frame->buffer = bsdlscan_scan_bytes(text.data(), static_cast<int>(text.size()));
     if (!frame->buffer) {
-        ReportError("INTERNAL PARSER ERROR");
+        ReportError(ToLocal(Translated("INTERNAL PARSER ERROR")));
         return -2;
     }
     PushFrame(std::move(frame));
@@ -171,7 +172,7 @@ const std::string* MakePoolText(std::string text) {
     try {
         state.pool.push_front(std::move(text));
     } catch (const std::bad_alloc&) {
-        ReportError(kOutOfMemory);
+        ReportError(ToLocal(Translated(kOutOfMemory)));
         std::exit(1);
     }
     return &state.pool.front();

@@ -1,6 +1,7 @@
 #include "bsdl/Idcode.h"
 
 #include "bsdl/ManufacturerTable.h"
+#include "platform/Translation.h"
 
 #include <cstdio>
 #include <map>
@@ -49,7 +50,7 @@ std::wstring BinaryText(const OmBitVector& bits) {
 
 std::wstring HexadecimalText(const OmBitVector& bits) {
     std::string text;
-    return BitsToHex(bits, text) ? Widen(text) : L"ERROR";
+    return BitsToHex(bits, text) ? Widen(text) : Translated("ERROR");
 }
 
 // The file may appear or change while the program runs, so what it lacks is not remembered.
@@ -81,7 +82,7 @@ OmIdcodeFields DecodeIdcode(const OmBitVector& idcode) {
     fields.whole = BinaryText(idcode);
     fields.hexadecimal = HexadecimalText(idcode);
     if (!LookupManufacturer(idcode, fields.manufacturerName))
-        fields.manufacturerName = L"(Unknown)";
+        fields.manufacturerName = Translated("(Unknown)");
     fields.manufacturer = BinaryText(Cut(idcode, kManufacturer));
     fields.part = BinaryText(Cut(idcode, kPart));
     fields.version = BinaryText(Cut(idcode, kVersion));

@@ -50,7 +50,7 @@ bool IntelHexReader::Read() {
         const bool atNextLine = outcome == Outcome::Skipped || records_ > 0;
         found = atNextLine ? source_.FindMarkerOnNextLine(kMarker) : source_.FindMarker(kMarker);
     }
-    return records_ > 0 || Fail("No data records found.") != Outcome::Failed;
+    return records_ > 0 || Fail(ForTranslation("No data records found.")) != Outcome::Failed;
 }
 
 Outcome IntelHexReader::ReadRecord() {
@@ -63,7 +63,7 @@ Outcome IntelHexReader::ReadRecord() {
     if (type != Data && type != EndOfFile && type != SegmentBase && type != LinearBase)
         return Outcome::Skipped; // start addresses and the like mean nothing to a flash
     if ((type == SegmentBase || type == LinearBase) && count != 2)
-        return Fail("Invalid Intel Hex file format.");
+        return Fail(ForTranslation("Invalid Intel Hex file format."));
     uint8_t buffer[kMaxRecordBytes];
     const size_t size = count + 1u; // with the checksum
     const std::span<const uint8_t> bytes(buffer,
@@ -74,7 +74,7 @@ Outcome IntelHexReader::ReadRecord() {
     if (bytes.size() < size)
         return Fail(kFormatError);
     if (static_cast<uint8_t>(SumBytes(header) + SumBytes(bytes)) != 0)
-        return Fail("Intel Hex record checksum error.");
+        return Fail(ForTranslation("Intel Hex record checksum error."));
     return Take(static_cast<RecordType>(type), bytes);
 }
 

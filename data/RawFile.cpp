@@ -13,7 +13,7 @@ namespace {
 
 constexpr uint64_t kAddressSpace = uint64_t{1} << 32;
 constexpr size_t kBlock = size_t{256} * 1024;
-constexpr char kTooLarge[] = "File is larger than 4 GiB.";
+constexpr const char* kTooLarge = ForTranslation("File is larger than 4 GiB.");
 
 struct Closer {
     void operator()(std::FILE* file) const { std::fclose(file); }
@@ -39,7 +39,7 @@ bool ReadBytes(std::FILE* file, uint64_t expectedSize, OmDataImage& image, std::
     if (std::ferror(file))
         return Fail(error, kOpenError);
     if (bytes.empty())
-        return Fail(error, "File is empty.");
+        return Fail(error, ForTranslation("File is empty."));
     image.TakeBytes(0, std::move(bytes));
     return true;
 }

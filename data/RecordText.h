@@ -3,6 +3,7 @@
 #pragma once
 
 #include "platform/FileReplacement.h"
+#include "platform/Translation.h"
 
 #include <cstddef>
 #include <cstdint>
@@ -14,8 +15,8 @@
 
 class OmDataImage;
 
-inline constexpr char kOpenError[] = "Error opening file.";
-inline constexpr char kFormatError[] = "Invalid file format.";
+inline constexpr const char* kOpenError = ForTranslation("Error opening file.");
+inline constexpr const char* kFormatError = ForTranslation("Invalid file format.");
 
 // No record is longer: its byte count has two digits.
 inline constexpr size_t kMaxRecordBytes = 255 + 1;

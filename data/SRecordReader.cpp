@@ -45,7 +45,7 @@ bool SRecordReader::Read() {
             return false;
         found = source_.FindMarkerOnNextLine(kMarker);
     }
-    return records_ > 0 || Fail("No S-records found.");
+    return records_ > 0 || Fail(ForTranslation("No S-records found."));
 }
 
 // Count, then address, data and checksum, which the count covers. The data counts even if the
@@ -55,7 +55,7 @@ bool SRecordReader::ReadRecord(size_t addressSize) {
     if (DecodeHexBytes(source_.Take(2), {&count, 1}) < 1)
         return Fail(kFormatError);
     if (count < addressSize + 1)
-        return Fail("Invalid S-record file format.");
+        return Fail(ForTranslation("Invalid S-record file format."));
     uint8_t buffer[kMaxRecordBytes];
     const std::span<const uint8_t> bytes(
         buffer, DecodeHexBytes(source_.Take(size_t{count} * 2), {buffer, count}));
@@ -69,7 +69,7 @@ bool SRecordReader::ReadRecord(size_t addressSize) {
     if (bytes.size() < count)
         return Fail(kFormatError);
     if (static_cast<uint8_t>(count + SumBytes(bytes)) != 0xFF)
-        return Fail("S-record checksum error.");
+        return Fail(ForTranslation("S-record checksum error."));
     ++records_;
     source_.LiftBudget();
     return true;

@@ -6,6 +6,7 @@
 #include "jtag/Exception.h"
 #include "platform/Clock.h"
 #include "platform/Text.h"
+#include "platform/Translation.h"
 
 #include <algorithm>
 
@@ -36,16 +37,23 @@ void CheckDeviceBsdl(const OmChainDevice& device, const std::wstring& name, std:
     constexpr wchar_t kBetween[] = L"\n\n";
     if (!device.bsdl) {
         AddMessage(errors, kBetween,
-                   L"BSDL file is required to be specified for " + name + L" device.");
+                   TranslatedFormat("BSDL file is required to be specified for %ls device.",
+                                    name.c_str()));
         return;
     }
-    const std::wstring opening =
-        L"The BSDL file specified for " + name + L" device contains errors: failed to read ";
     if (!HasCode(device, "EXTEST"))
-        AddMessage(errors, kBetween, opening + L"EXTEST instruction code from the BSDL file.");
+        AddMessage(
+            errors, kBetween,
+            TranslatedFormat("The BSDL file specified for %ls device contains errors: failed "
+                             "to read EXTEST instruction code from the BSDL file.",
+                             name.c_str()));
     if (!HasCode(device, "PRELOAD") && !HasCode(device, "SAMPLE"))
-        AddMessage(errors, kBetween,
-                   opening + L"PRELOAD and SAMPLE instructions codes from the BSDL file.");
+        AddMessage(
+            errors, kBetween,
+            TranslatedFormat("The BSDL file specified for %ls device contains errors: failed "
+                             "to read PRELOAD and SAMPLE instructions codes from the BSDL "
+                             "file.",
+                             name.c_str()));
 }
 
 bool CheckUsedDevices(const std::vector<OmChainDevice>& chain, const std::vector<bool>& used,
@@ -63,26 +71,28 @@ struct PinMapper {
     std::wstring& errors;
     bool allFound = true;
 
-    // `role` tells what the pin is for, in the words of the message.
-    void Map(const OmDevicePin& pin, OmPinCellList& cells, const std::wstring& role) {
+    // `signal` is the flash pin that the pin is wired to, empty for a static pin.
+    void Map(const OmDevicePin& pin, OmPinCellList& cells, const std::wstring& signal) {
         cells = {};
         if (!pin.IsConnected() || FindPinCells(cells, pin, chain))
             return;
         allFound = false;
-        AddMessage(errors, L"\n",
-                   FormatPinName(chain, pin) + L" pin" + role +
-                       L" is not available for boundary-scan.");
+        AddMessage(errors, L"\n", DescribeMissing(FormatPinName(chain, pin), signal));
     }
 
-    void MapSignal(const SignalPin& pin, OmPinCellList& cells, const std::wstring& signal) {
-        Map(pin, cells, L", connected to flash " + signal + L" pin,");
+    static std::wstring DescribeMissing(const std::wstring& pin, const std::wstring& signal) {
+        if (signal.empty())
+            return TranslatedFormat("%ls pin is not available for boundary-scan.", pin.c_str());
+        return TranslatedFormat("%ls pin, connected to flash %ls pin, is not available for "
+                                "boundary-scan.",
+                                pin.c_str(), signal.c_str());
     }
 
     void MapBus(const std::vector<SignalPin>& pins, std::vector<OmPinCellList>& cells,
                 const wchar_t* signal) {
         cells.assign(pins.size(), {});
         for (size_t i = 0; i < pins.size(); ++i)
-            MapSignal(pins[i], cells[i], signal + std::to_wstring(i));
+            Map(pins[i], cells[i], signal + std::to_wstring(i));
     }
 };
 
@@ -143,9 +153,9 @@ std::vector<bool> OmBoundaryScanBus::CollectUsedDevices(size_t deviceCount) cons
 bool OmBoundaryScanBus::MapPinsToCells(const std::vector<OmChainDevice>& chain,
                                        std::wstring& errors) {
     PinMapper mapper{chain, errors};
-    mapper.MapSignal(ce, ceCells, L"CE");
-    mapper.MapSignal(oe, oeCells, L"OE");
-    mapper.MapSignal(we, weCells, L"WE");
+    mapper.Map(ce, ceCells, L"CE");
+    mapper.Map(oe, oeCells, L"OE");
+    mapper.Map(we, weCells, L"WE");
     mapper.MapBus(address, addressCells, L"A");
     mapper.MapBus(data, dataCells, L"D");
     staticCells.assign(statics.size(), {});
@@ -168,8 +178,8 @@ void OmBoundaryScanBus::LoadInstructions(int usedDeviceKind) {
             kinds[device] = usedDeviceKind;
     // Going on would shift pin levels into whatever register happens to be selected.
     if (!analyzer->LoadInstructions(kinds))
-        throw OmException(L"ERROR: the instructions of the JTAG chain cannot be loaded: the IR "
-                          L"length of a device is unknown.");
+        throw OmException(Translated("ERROR: the instructions of the JTAG chain cannot be loaded: "
+                                     "the IR length of a device is unknown."));
 }
 
 void OmBoundaryScanBus::ApplyControl(const OmPinCellList& cells, const SignalPin& pin,
@@ -208,7 +218,7 @@ uint8_t OmBoundaryScanBus::SenseDataBit(size_t bit, const OmBitVector& image) co
         return 0;
     const uint8_t value = GetPinValue(dataCells[bit], image, Base(data[bit]));
     if (value == kBitUnknown)
-        throw OmException(kInvalidBitSequence);
+        throw OmException(Translated(kInvalidBitSequence));
     return value;
 }
 

@@ -10,6 +10,7 @@
 #include "flash/ChainLayout.h"
 #include "flash/CommandSet.h"
 #include "flash/PinCells.h"
+#include "platform/Translation.h"
 
 #include <cstdint>
 #include <string>
@@ -39,10 +40,10 @@ struct OmBusPinState {
     uint8_t weLevel = 0;
 };
 
-// Message for captures that cannot come from a working chain.
-inline constexpr wchar_t kInvalidBitSequence[] =
-    L"ERROR: invalid bit sequence received from the JTAG chain. Check power and JTAG adapter "
-    L"connections.";
+// For translation: message for captures that cannot come from a working chain.
+inline constexpr const char* kInvalidBitSequence =
+    ForTranslation("ERROR: invalid bit sequence received from the JTAG chain. Check power and JTAG "
+                   "adapter connections.");
 
 // What a batch is for: cables take differently many vectors in one transfer.
 enum class OmTransferKind { Reading = 0, Blind = 1, Status = 2 };

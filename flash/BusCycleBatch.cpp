@@ -118,7 +118,7 @@ void OmBusCycleBatch::Run() {
 void OmBusCycleBatch::RunForCapture(OmCapturedList& captured) {
     bus->analyzer->ScanVectors(scans, &captured);
     if (captured.size() != captures_)
-        throw OmException(kInvalidBitSequence);
+        throw OmException(Translated(kInvalidBitSequence));
 }
 
 void OmBusCycleBatch::RunToCompletion() {

@@ -1,5 +1,6 @@
 #include "flash/ChainConformity.h"
 
+#include "platform/Translation.h"
 #include "setup/DesignSetup.h"
 
 #include <algorithm>
@@ -30,12 +31,14 @@ int FindUnknownIrLength(const OmDesignSetup& setup) {
 
 std::wstring DescribeMismatch(const OmDesignSetup& setup, int device, bool versionOnly) {
     const std::wstring name = FormatDeviceName(setup.devices, device);
+    const wchar_t* text = name.c_str();
     if (versionOnly)
-        return L"The detected IDCODE of the " + name +
-               L" device and the IDCODE from the specified BSDL file have different version "
-               L"fields.\n\n";
-    return L"The BSDL file specified for the " + name +
-           L" device does not conform to this device's detected IDCODE.\n\n";
+        return TranslatedFormat("The detected IDCODE of the %ls device and the IDCODE from the "
+                                "specified BSDL file have different version fields.\n\n",
+                                text);
+    return TranslatedFormat("The BSDL file specified for the %ls device does not conform to this "
+                            "device's detected IDCODE.\n\n",
+                            text);
 }
 
 // True if the list held it already.
@@ -89,8 +92,9 @@ bool CheckDeviceCount(const OmDesignSetup& setup, const OmDetectedChain& chain,
     const size_t found = chain.idcodes.size();
     if (chain.atmelBug ? found <= expected : found == expected)
         return true;
-    errors = L"The detected JTAG chain does not conform to current setup:\n"
-             L"number of detected devices is different from what is specified in the setup.";
+    errors =
+        Translated("The detected JTAG chain does not conform to current setup:\n"
+                   "number of detected devices is different from what is specified in the setup.");
     return false;
 }
 
@@ -99,18 +103,19 @@ bool CheckIrLengths(OmDesignSetup& setup, const OmBitVector& captured, std::wstr
         setup.ResolveIRLengths(captured); // what stays unknown is found next
     const int unknown = FindUnknownIrLength(setup);
     if (unknown >= 0) {
-        errors = L"The IR (Instruction Register) length of " +
-                 FormatDeviceName(setup.devices, unknown) +
-                 L" device is unknown.\nPlease, specify either the BSDL file or the IR length for "
-                 L"this or some other device(s).";
+        errors =
+            TranslatedFormat("The IR (Instruction Register) length of %ls device is "
+                             "unknown.\nPlease, specify either "
+                             "the BSDL file or the IR length for this or some other device(s).",
+                             FormatDeviceName(setup.devices, unknown).c_str());
         return false;
     }
     if (IrLengthsMatch(setup.devices, captured))
         return true;
-    errors =
-        L"The detected JTAG chain does not conform to current setup:\n"
-        L"the detected IR length and the IR length set by user (manually or by means of a BSDL "
-        L"file) are different at least for one of the devices.";
+    errors = Translated(
+        "The detected JTAG chain does not conform to current setup:\n"
+        "the detected IR length and the IR length set by user (manually or by means of a BSDL "
+        "file) are different at least for one of the devices.");
     return false;
 }
 

@@ -1,17 +1,19 @@
 #include "flash/CommandSet.h"
 
-const wchar_t* GetCommandSetName(OmCommandSet set) {
+#include "platform/Translation.h"
+
+std::wstring GetCommandSetName(OmCommandSet set) {
     switch (set) {
     case OmCommandSet::Unknown:
         break;
     case OmCommandSet::IntelStandard:
-        return L"Intel Std (Word-by-Word Prog.)";
+        return Translated("Intel Std (Word-by-Word Prog.)");
     case OmCommandSet::IntelExtended:
-        return L"Intel Ext (Buffered Prog.)";
+        return Translated("Intel Ext (Buffered Prog.)");
     case OmCommandSet::AmdWord:
-        return L"AMD (Word-by-Word Prog.)";
+        return Translated("AMD (Word-by-Word Prog.)");
     case OmCommandSet::AmdBuffered:
-        return L"AMD (Buffered Prog.)";
+        return Translated("AMD (Buffered Prog.)");
     }
-    return L"Unknown";
+    return Translated("Unknown");
 }

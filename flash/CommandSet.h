@@ -2,6 +2,8 @@
 // set 1 and 2, JESD68).
 #pragma once
 
+#include <string>
+
 enum class OmCommandSet {
     Unknown = 0,
     IntelStandard = 1,
@@ -18,8 +20,8 @@ inline bool IsAmd(OmCommandSet set) {
     return set == OmCommandSet::AmdWord || set == OmCommandSet::AmdBuffered;
 }
 
-// As shown to the user.
-const wchar_t* GetCommandSetName(OmCommandSet set);
+// As shown to the user, in the user's language.
+std::wstring GetCommandSetName(OmCommandSet set);
 
 // How a flash primitive ended.
 enum class OmFlashResult { Done = 0, Stopped = 1, FlashError = 2, TimeOut = 3, BlockLocked = 4 };

@@ -2,6 +2,7 @@
 
 #include "bsdl/Idcode.h"
 #include "platform/Text.h"
+#include "platform/Translation.h"
 
 #include <algorithm>
 
@@ -15,7 +16,7 @@ class RowWriter {
   public:
     explicit RowWriter(std::wstring& html) : html_(html) {}
 
-    void OpenRow(const wchar_t* label) {
+    void OpenRow(const std::wstring& label) {
         html_ += L"<tr bgcolor=";
         html_ += shaded_ ? L"#f0f0f0" : L"#ffffff";
         html_ += L"><td width=270>";
@@ -38,41 +39,46 @@ class RowWriter {
 std::wstring FormatManufacturer(uint8_t code) {
     std::wstring name;
     if (!LookupManufacturer(code, name))
-        name = L"Unknown";
+        name = Translated("Unknown");
     return OmFormat(L"%02Xh (%ls)", code, name.c_str());
 }
 
 void AppendHeader(std::wstring& html, int wordSize, size_t chips) {
-    html += L"<tr bgcolor=#ffffff><td width=270 align=center><b>Parameter</b></td>";
+    html += L"<tr bgcolor=#ffffff><td width=270 align=center><b>" + Translated("Parameter") +
+            L"</b></td>";
     const int bits = wordSize * 8;
     for (int i = 0; i < static_cast<int>(chips); ++i)
-        html += OmFormat(L"<td width=120 align=center><b>Chip %d / D%d-D%d</b></td>", i + 1,
-                         (i + 1) * bits - 1, i * bits);
+        html += L"<td width=120 align=center><b>" +
+                TranslatedFormat("Chip %d / D%d-D%d", i + 1, (i + 1) * bits - 1, i * bits) +
+                L"</b></td>";
     html += L"</tr>\n";
 }
 
 template <class Format>
-void AppendChipRow(RowWriter& rows, const wchar_t* label, const std::vector<OmChipInfo>& chips,
+void AppendChipRow(RowWriter& rows, const char* label, const std::vector<OmChipInfo>& chips,
                    Format format) {
-    rows.OpenRow(label);
+    rows.OpenRow(Translated(label));
     for (const OmChipInfo& chip : chips)
         rows.Cell(format(chip));
 }
 
 void AppendIdentification(std::wstring& html, RowWriter& rows, const std::wstring& commandSet,
                           const std::vector<OmChipInfo>& chips) {
-    rows.OpenRow(L"Detected Command Set");
+    rows.OpenRow(Translated("Detected Command Set"));
     html += OmFormat(L"<td colspan=%d align=center>", static_cast<int>(chips.size())) + commandSet +
             L"</td>";
     rows.CloseRow();
-    AppendChipRow(rows, L"Manufacturer", chips,
+    AppendChipRow(rows, ForTranslation("Manufacturer"), chips,
                   [](const OmChipInfo& chip) { return FormatManufacturer(chip.manufacturer); });
     rows.CloseRow();
-    AppendChipRow(rows, L"Device Code", chips,
+    AppendChipRow(rows, ForTranslation("Device Code"), chips,
                   [](const OmChipInfo& chip) { return OmFormat(L"%02Xh", chip.device); });
     rows.CloseRow();
-    AppendChipRow(rows, L"Common Flash Interface (CFI) Compliant", chips,
-                  [](const OmChipInfo& chip) { return chip.cfi.empty() ? L"No" : L"Yes"; });
+    AppendChipRow(rows, ForTranslation("Common Flash Interface (CFI) Compliant"), chips,
+                  [](const OmChipInfo& chip) {
+                      return Translated(chip.cfi.empty() ? ForTranslation("No")
+                                                         : ForTranslation("Yes"));
+                  });
     rows.CloseRow();
 }
 
@@ -83,7 +89,7 @@ void AppendCfiTable(std::wstring& html, RowWriter& rows, const std::vector<OmChi
         columns.push_back(FormatCfiRows(chip.cfi));
         rowCount = std::max(rowCount, columns.back().size());
     }
-    html += L"<br><br>Common Flash Interface (CFI) Information\n";
+    html += L"<br><br>" + Translated("Common Flash Interface (CFI) Information") + L"\n";
     html += kTableOpening;
     for (size_t row = 0; row < rowCount; ++row) {
         rows.OpenRow(GetCfiRowLabel(row));

@@ -21,5 +21,5 @@ std::wstring FormatFlashInfo(const std::wstring& commandSet, int wordSize,
 // The labels of the CFI table, and the values of one chip in their order; a short table gives fewer
 // values.
 inline constexpr size_t kCfiRowCount = 18;
-const wchar_t* GetCfiRowLabel(size_t row);
+std::wstring GetCfiRowLabel(size_t row);
 std::vector<std::wstring> FormatCfiRows(const OmCfiBuffer& cfi);

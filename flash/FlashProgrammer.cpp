@@ -6,6 +6,7 @@
 #include "flash/Identification.h"
 #include "flash/InstructionTable.h"
 #include "platform/Text.h"
+#include "platform/Translation.h"
 #include "platform/UserInterface.h"
 #include "setup/SetupFile.h"
 
@@ -67,10 +68,10 @@ bool OmFlashProgrammer::ConfirmIntelCommandSet() {
     if (IsIntel(commandSet))
         return true;
     return GetUserInterface().ShowMessage(
-               L"It seems like the connected flash does not support neither Intel Standard (Basic) "
-               L"nor Intel Extended (Scaleable) command set.\n\nIgnore this warning and proceed "
-               L"anyway?",
-               L"Warning", kWarningQuestionBox) == OmAnswer::Yes;
+               Translated("It seems like the connected flash does not support neither Intel "
+                          "Standard (Basic) nor Intel Extended (Scaleable) command set.\n\nIgnore "
+                          "this warning and proceed anyway?"),
+               Translated("Warning"), kWarningQuestionBox) == OmAnswer::Yes;
 }
 
 bool OmFlashProgrammer::Prepare(unsigned flags) {
@@ -93,7 +94,7 @@ bool OmFlashProgrammer::CheckPinCells() {
     std::wstring errors;
     if (bus.BuildFromSetup(setup, setup.devices, errors))
         return true;
-    GetUserInterface().ShowMessage(errors, L"Setup Integrity Check Error", kWarningBox);
+    GetUserInterface().ShowMessage(errors, Translated("Setup Integrity Check Error"), kWarningBox);
     return false;
 }
 
@@ -104,8 +105,9 @@ bool OmFlashProgrammer::IdentifyFlash(unsigned flags) {
     OmFlashIdentifier identifier(setup, *analyzer);
     if ((flags & kPrepareIdentify) && !identifier.EnsureCommandSet(commandSet, bufferBytes) &&
         (flags & kPrepareIdentifyOrFail)) {
-        ShowMessage(L"Failed to identify flash command set (or command set is unsupported).",
-                    kWarningBox);
+        ShowMessage(
+            Translated("Failed to identify flash command set (or command set is unsupported)."),
+            kWarningBox);
         return false;
     }
     if (flags & kPrepareSectors)

@@ -5,6 +5,7 @@
 #include "flash/FlashProgrammer.h"
 #include "platform/Clock.h"
 #include "platform/Text.h"
+#include "platform/Translation.h"
 #include "platform/UserInterface.h"
 
 #include <algorithm>
@@ -26,23 +27,26 @@ struct CompareRange {
 };
 
 struct CompareTexts {
-    const wchar_t* opening;
-    const wchar_t* aborted;
+    const char* opening;
+    const char* aborted;
     std::wstring (*difference)(uint32_t address, uint8_t read, uint8_t expected);
 };
 
 constexpr CompareTexts kVerifyTexts = {
-    L"Verifying the programmed data...", L"Verify operation was aborted by user.",
+    ForTranslation("Verifying the programmed data..."),
+    ForTranslation("Verify operation was aborted by user."),
     [](uint32_t address, uint8_t read, uint8_t expected) {
-        return OmFormat(L"Data verification failed at offset %05Xh.\nByte read from flash: %02Xh; "
-                        L"byte expected: %02Xh.",
-                        address, read, expected);
+        return TranslatedFormat("Data verification failed at offset %05Xh.\nByte read from flash: "
+                                "%02Xh; byte expected: %02Xh.",
+                                address, read, expected);
     }};
 
 constexpr CompareTexts kBlankCheckTexts = {
-    L"Checking flash memory for blank...", L"Blank check operation was aborted by user.",
+    ForTranslation("Checking flash memory for blank..."),
+    ForTranslation("Blank check operation was aborted by user."),
     [](uint32_t address, uint8_t read, uint8_t) {
-        return OmFormat(L"Flash memory is not blank: read %02Xh at offset %05Xh.", read, address);
+        return TranslatedFormat("Flash memory is not blank: read %02Xh at offset %05Xh.", read,
+                                address);
     }};
 
 // How many words to read next, from how long the last ones took.
@@ -104,7 +108,7 @@ bool Comparison::RunRange(const CompareRange& range) {
         OmDataImage read;
         uint32_t count = 0;
         if (ReadBlock(static_cast<uint32_t>(first), words, read, count) == OmFlashResult::Stopped)
-            return Fail(texts_.aborted, kWarningBox);
+            return Fail(Translated(texts_.aborted), kWarningBox);
         if (count == 0)
             return true;
         doneWords_ += count;
@@ -165,7 +169,7 @@ std::vector<CompareRange> RangesOf(const std::vector<OmAddressRange>& addresses)
 
 bool OmFlashProgrammer::VerifyFlash(OmUnitedProgressCallback& callback, const OmDataImage& image) {
     return Guarded(&callback, [&] {
-        callback.OnProgress(0, kVerifyTexts.opening);
+        callback.OnProgress(0, Translated(kVerifyTexts.opening).c_str());
         OmBoundaryScanBus bus;
         OpenBus(bus);
         const uint64_t total = image.GetByteCount() / bus.BusWordBytes() + 1;
@@ -177,7 +181,7 @@ bool OmFlashProgrammer::VerifyFlash(OmUnitedProgressCallback& callback, const Om
 bool OmFlashProgrammer::BlankCheckFlash(OmUnitedProgressCallback& callback,
                                         const std::vector<OmAddressRange>& ranges) {
     return Guarded(&callback, [&] {
-        callback.OnProgress(0, kBlankCheckTexts.opening);
+        callback.OnProgress(0, Translated(kBlankCheckTexts.opening).c_str());
         OmBoundaryScanBus bus;
         OpenBus(bus);
         uint32_t total = 0;

@@ -1,5 +1,6 @@
 // Whether the board has the chain that the setup describes, and what the user says to it.
 #include "flash/FlashProgrammer.h"
+#include "platform/Translation.h"
 #include "platform/UserInterface.h"
 
 void OmFlashProgrammer::CheckChainConformity(OmDesignSetup& checked, std::wstring& errors,
@@ -10,11 +11,11 @@ void OmFlashProgrammer::CheckChainConformity(OmDesignSetup& checked, std::wstrin
     OmDetectedChain chain;
     OmBitVector captured;
     if (!ExamineChain(chain.idcodes, chain.atmelBug))
-        errors = L"No JTAG chain detected.";
+        errors = Translated("No JTAG chain detected.");
     else if (!CheckDeviceCount(checked, chain, errors))
         return;
     else if (!CaptureChainIr(captured))
-        errors = L"Failed to capture JTAG chain IR bits.";
+        errors = Translated("Failed to capture JTAG chain IR bits.");
     else if (CheckIrLengths(checked, captured, errors))
         warnings = CheckIdcodes(checked, chain, accepted);
 }
@@ -25,13 +26,14 @@ bool OmFlashProgrammer::ConfirmChainConformity() {
     std::wstring warnings;
     CheckChainConformity(setup, errors, warnings, &accepted);
     if (!errors.empty()) {
-        GetUserInterface().ShowMessage(errors, L"Error", kWarningBox);
+        GetUserInterface().ShowMessage(errors, Translated("Error"), kWarningBox);
         return false;
     }
     if (warnings.empty())
         return true;
-    warnings += L"Ignore this warning and proceed anyway?";
-    if (GetUserInterface().ShowMessage(warnings, L"Warning", kWarningQuestionBox) != OmAnswer::Yes)
+    warnings += Translated("Ignore this warning and proceed anyway?");
+    if (GetUserInterface().ShowMessage(warnings, Translated("Warning"), kWarningQuestionBox) !=
+        OmAnswer::Yes)
         return false;
     acceptedMismatches = accepted;
     return true;

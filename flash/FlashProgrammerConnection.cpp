@@ -1,15 +1,16 @@
 // The connection half of the flash programmer: the one cable and the analyzer over it.
 #include "flash/FlashProgrammer.h"
 #include "jtag/Exception.h"
+#include "platform/Translation.h"
 #include "platform/UserInterface.h"
 
 namespace {
 
-constexpr wchar_t kAdaptiveClockingWarning[] =
-    L"Adaptive Clocking is enabled!\n\nUse Adaptive Clocking ONLY IF a target device in a JTAG "
-    L"chain and a JTAG adapter support this feature! Otherwise, the software will hang up with no "
-    L"error messages (!) upon attempt to shift data into a JTAG chain.\n\nIgnore this warning and "
-    L"continue with adaptive clocking enabled?";
+constexpr const char* kAdaptiveClockingWarning = ForTranslation(
+    "Adaptive Clocking is enabled!\n\nUse Adaptive Clocking ONLY IF a target device in a JTAG "
+    "chain and a JTAG adapter support this feature! Otherwise, the software will hang up with no "
+    "error messages (!) upon attempt to shift data into a JTAG chain.\n\nIgnore this warning and "
+    "continue with adaptive clocking enabled?");
 
 } // namespace
 
@@ -31,7 +32,7 @@ void OmFlashProgrammer::ReplaceCable() {
     cable = createCable(settings);
     applied = settings;
     if (!cable)
-        ShowMessage(L"Failed to initialize a JTAG connection", kErrorBox);
+        ShowMessage(Translated("Failed to initialize a JTAG connection"), kErrorBox);
 }
 
 void OmFlashProgrammer::CloseCable() {
@@ -43,8 +44,8 @@ bool OmFlashProgrammer::ConfirmAdaptiveClocking() {
     if (adaptiveWarningAnswered || !settings.ftd2xxAdaptiveClocking ||
         settings.cableType != OmCableType::Ftd2xx || !settings.ftd2xxIsHighSpeed)
         return true;
-    const OmAnswer answer =
-        GetUserInterface().ShowMessage(kAdaptiveClockingWarning, L"Warning", kLossQuestionBox);
+    const OmAnswer answer = GetUserInterface().ShowMessage(Translated(kAdaptiveClockingWarning),
+                                                           Translated("Warning"), kLossQuestionBox);
     adaptiveWarningAnswered = answer == OmAnswer::Yes;
     return adaptiveWarningAnswered;
 }

@@ -33,8 +33,9 @@ bool OmFlashProgrammer::GetFlashInfo(std::wstring& html) {
         identifier.EnsureCommandSet(commandSet, bufferBytes);
         sectorsValid = false;
         identifier.EnsureSectors(sectors, sectorsValid);
-        const std::wstring name =
-            known ? GetCommandSetName(found.commandSet) : L"<font color=\"#ce0022\">Unknown</font>";
+        std::wstring name = GetCommandSetName(found.commandSet);
+        if (!known)
+            name = L"<font color=\"#ce0022\">" + name + L"</font>";
         html =
             FormatFlashInfo(name, setup.WordSize, DescribeChips(setup, found.ids, identifier.cfi));
         return true;

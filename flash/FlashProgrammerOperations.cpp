@@ -4,6 +4,7 @@
 #include "flash/FlashProgrammer.h"
 #include "flash/Identification.h"
 #include "flash/IntelCommands.h"
+#include "platform/Translation.h"
 #include "platform/UserInterface.h"
 
 #include <algorithm>
@@ -30,7 +31,7 @@ void OmFlashProgrammer::OpenBus(OmBoundaryScanBus& bus) {
 bool OmFlashProgrammer::ReadFlash(OmProgressCallback& callback, uint32_t start, uint32_t size,
                                   OmDataImage& image) {
     return Guarded(&callback, [&] {
-        callback.OnProgress(0, L"Reading from flash...");
+        callback.OnProgress(0, Translated("Reading from flash...").c_str());
         OmBoundaryScanBus bus;
         OpenBus(bus);
         const uint32_t wordBytes = bus.BusWordBytes();
@@ -40,7 +41,7 @@ bool OmFlashProgrammer::ReadFlash(OmProgressCallback& callback, uint32_t start, 
         if (bus.ReadWords(&callback, first, words, image, nullptr) != OmFlashResult::Stopped)
             return true;
         callback.OnFinish();
-        ShowMessage(L"Flash reading was aborted by user.", kWarningBox);
+        ShowMessage(Translated("Flash reading was aborted by user."), kWarningBox);
         return false;
     });
 }
@@ -112,15 +113,16 @@ const ProgramMethod* FindProgramMethod(OmCommandSet commandSet) {
 
 struct ProgramFailure {
     OmFlashResult result;
-    const wchar_t* text;
+    const char* text;
 };
 
 constexpr ProgramFailure kProgramFailures[] = {
-    {OmFlashResult::Stopped, L"Program operation was aborted by user."},
+    {OmFlashResult::Stopped, ForTranslation("Program operation was aborted by user.")},
     // The only error that programming reports.
     {OmFlashResult::FlashError,
-     L"An Intel Block Locked error occured while attempting to program the flash.\n"
-     L"To unlock erase blocks (sectors) go to menu Actions > Intel Specific > Unlock Sectors."},
+     ForTranslation(
+         "An Intel Block Locked error occured while attempting to program the flash.\n"
+         "To unlock erase blocks (sectors) go to menu Actions > Intel Specific > Unlock Sectors.")},
 };
 
 bool ReportProgram(OmProgressCallback& callback, OmFlashResult result) {
@@ -128,7 +130,7 @@ bool ReportProgram(OmProgressCallback& callback, OmFlashResult result) {
         if (failure.result != result)
             continue;
         callback.OnFinish();
-        ShowMessage(failure.text, kWarningBox);
+        ShowMessage(Translated(failure.text), kWarningBox);
         return false;
     }
     return true;
@@ -138,7 +140,7 @@ bool ReportProgram(OmProgressCallback& callback, OmFlashResult result) {
 
 bool OmFlashProgrammer::ProgramFlash(OmProgressCallback& callback, const OmDataImage& image) {
     return Guarded(&callback, [&] {
-        callback.OnProgress(0, L"Programming the flash...");
+        callback.OnProgress(0, Translated("Programming the flash...").c_str());
         const ProgramMethod* method = FindProgramMethod(commandSet);
         if (!method)
             return true;

@@ -4,6 +4,7 @@
 #include "flash/FlashProgrammer.h"
 #include "flash/IntelCommands.h"
 #include "platform/Text.h"
+#include "platform/Translation.h"
 #include "platform/UserInterface.h"
 
 #include <limits>
@@ -17,48 +18,46 @@ struct OmSectorWork {
 
 namespace {
 
-// What one kind of work on sectors says.
+// What one kind of work on sectors says, for translation.
 struct SectorTexts {
-    const wchar_t* opening;
-    const wchar_t* item; // format with the number of the sector and how many there are
-    const wchar_t* stopped;
-    const wchar_t* timedOut;
-    const wchar_t* failed;      // goes on with the offsets
-    const wchar_t* severalLead; // ahead of more than one offset
-    const wchar_t* locked;      // likewise as `failed`
-    const wchar_t* lockedAdvice;
+    const char* opening;
+    const char* item; // format with the number of the sector and how many there are
+    const char* stopped;
+    const char* timedOut;
+    const char* failed;  // format with the offsets, as ListOffsets has them
+    const char* several; // format with more than one offset, for `failed` and `locked`
+    const char* locked;  // likewise as `failed`
 };
 
 constexpr SectorTexts kEraseTexts = {
-    L"Erasing sectors...",
-    L"Erasing sector %u of %u...",
-    L"Erase operation was aborted by user.",
-    L"Erase timeout error.",
-    L"An erase error occured while attempting to erase ",
-    L"the following sectors: ",
-    L"An Intel Block Locked error occured while attempting to erase ",
-    L"\n\nTo unlock sectors go to menu Actions > Intel Specific > Unlock Sectors.",
+    ForTranslation("Erasing sectors..."),
+    ForTranslation("Erasing sector %u of %u..."),
+    ForTranslation("Erase operation was aborted by user."),
+    ForTranslation("Erase timeout error."),
+    ForTranslation("An erase error occured while attempting to erase %ls."),
+    ForTranslation("the following sectors: %ls"),
+    ForTranslation(
+        "An Intel Block Locked error occured while attempting to erase %ls.\n\nTo unlock "
+        "sectors go to menu Actions > Intel Specific > Unlock Sectors."),
 };
 
 constexpr SectorTexts kLockTexts = {
-    L"Locking sectors...",
-    L"Locking sector %u of %u...",
-    L"Sector lock operation was aborted by user.",
-    L"Sector lock timeout error.",
-    L"Sector lock operation failed while attempting to lock ",
-    L"following sectors: ",
-    nullptr,
+    ForTranslation("Locking sectors..."),
+    ForTranslation("Locking sector %u of %u..."),
+    ForTranslation("Sector lock operation was aborted by user."),
+    ForTranslation("Sector lock timeout error."),
+    ForTranslation("Sector lock operation failed while attempting to lock %ls."),
+    ForTranslation("following sectors: %ls"),
     nullptr,
 };
 
 constexpr SectorTexts kUnlockTexts = {
-    L"Unlocking sectors...",
-    L"Unlocking sector %u of %u...",
-    L"Sector unlock operation was aborted by user.",
-    L"Sector unlock timeout error.",
-    L"Sector unlock operation failed while attempting to unlock ",
-    L"following sectors: ",
-    nullptr,
+    ForTranslation("Unlocking sectors..."),
+    ForTranslation("Unlocking sector %u of %u..."),
+    ForTranslation("Sector unlock operation was aborted by user."),
+    ForTranslation("Sector unlock timeout error."),
+    ForTranslation("Sector unlock operation failed while attempting to unlock %ls."),
+    ForTranslation("following sectors: %ls"),
     nullptr,
 };
 
@@ -89,7 +88,7 @@ SectorOutcome RunOverSectors(OmProgressCallback& callback, OmSectorWork work,
     SectorOutcome outcome;
     unsigned number = 0;
     while (const std::optional<uint32_t> offset = work.next()) {
-        const std::wstring text = OmFormat(texts.item, ++number, work.total);
+        const std::wstring text = TranslatedFormat(texts.item, ++number, work.total);
         outcome.stopped = !callback.OnProgress(-1, text.c_str());
         if (outcome.stopped || !outcome.Take(action(*offset), *offset))
             break;
@@ -97,14 +96,18 @@ SectorOutcome RunOverSectors(OmProgressCallback& callback, OmSectorWork work,
     return outcome;
 }
 
-std::wstring ListOffsets(const std::vector<uint32_t>& offsets, const wchar_t* severalLead) {
-    std::wstring text = offsets.size() == 1 ? L"sector " : severalLead;
-    const wchar_t* separator = L"";
-    for (const uint32_t offset : offsets) {
-        text += separator + OmFormat(L"%05Xh", offset);
-        separator = L", ";
-    }
-    return text + L".";
+std::wstring ListOffsets(const std::vector<uint32_t>& offsets, const char* several) {
+    std::wstring list;
+    for (const uint32_t offset : offsets)
+        list += (list.empty() ? L"" : L", ") + OmFormat(L"%05Xh", offset);
+    if (offsets.size() == 1)
+        return TranslatedFormat("sector %ls", list.c_str());
+    return TranslatedFormat(several, list.c_str());
+}
+
+std::wstring DescribeFailed(const char* format, const std::vector<uint32_t>& offsets,
+                            const char* several) {
+    return TranslatedFormat(format, ListOffsets(offsets, several).c_str());
 }
 
 // Hides the progress display first, so that it does not cover the box.
@@ -115,15 +118,13 @@ void Tell(OmProgressCallback& callback, const std::wstring& text, OmMessageStyle
 
 bool Report(OmProgressCallback& callback, const SectorOutcome& outcome, const SectorTexts& texts) {
     if (outcome.stopped)
-        Tell(callback, texts.stopped, kWarningBox);
+        Tell(callback, Translated(texts.stopped), kWarningBox);
     if (outcome.timedOut)
-        Tell(callback, texts.timedOut, kErrorBox);
+        Tell(callback, Translated(texts.timedOut), kErrorBox);
     if (!outcome.failed.empty())
-        Tell(callback, texts.failed + ListOffsets(outcome.failed, texts.severalLead), kErrorBox);
+        Tell(callback, DescribeFailed(texts.failed, outcome.failed, texts.several), kErrorBox);
     if (!outcome.locked.empty())
-        Tell(callback,
-             texts.locked + ListOffsets(outcome.locked, texts.severalLead) + texts.lockedAdvice,
-             kWarningBox);
+        Tell(callback, DescribeFailed(texts.locked, outcome.locked, texts.several), kWarningBox);
     return outcome.IsGood();
 }
 
@@ -152,11 +153,11 @@ bool ReportChipErase(OmProgressCallback& callback, OmFlashResult result) {
     if (result == OmFlashResult::Done)
         return true;
     if (result == OmFlashResult::Stopped)
-        Tell(callback, kEraseTexts.stopped, kWarningBox);
+        Tell(callback, Translated(kEraseTexts.stopped), kWarningBox);
     else if (result == OmFlashResult::TimeOut)
-        Tell(callback, kEraseTexts.timedOut, kErrorBox);
+        Tell(callback, Translated(kEraseTexts.timedOut), kErrorBox);
     else
-        Tell(callback, L"An erase error occured.", kErrorBox);
+        Tell(callback, Translated("An erase error occured."), kErrorBox);
     return false;
 }
 
@@ -164,7 +165,7 @@ bool ReportChipErase(OmProgressCallback& callback, OmFlashResult result) {
 
 bool OmFlashProgrammer::EraseEach(OmProgressCallback& callback, const OmSectorWork& work) {
     return Guarded(&callback, [&] {
-        callback.OnProgress(-1, kEraseTexts.opening);
+        callback.OnProgress(-1, Translated(kEraseTexts.opening).c_str());
         if (commandSet == OmCommandSet::Unknown)
             return true;
         OmBoundaryScanBus bus;
@@ -186,7 +187,7 @@ bool OmFlashProgrammer::SetSectorLocks(OmProgressCallback& callback,
                                        const OmSectorRange& chipOffsets, bool lock) {
     const SectorTexts& texts = lock ? kLockTexts : kUnlockTexts;
     return Guarded(&callback, [&] {
-        callback.OnProgress(-1, texts.opening);
+        callback.OnProgress(-1, Translated(texts.opening).c_str());
         OmBoundaryScanBus bus;
         OpenBus(bus, OmCommandSet::IntelStandard);
         const auto setLock = [&](uint32_t offset) {
@@ -214,7 +215,7 @@ bool OmFlashProgrammer::EraseChip(OmProgressCallback& callback) {
     if (!IsAmd(commandSet))
         return false;
     return Guarded(&callback, [&] {
-        callback.OnProgress(-1, L"Erasing the entire flash...");
+        callback.OnProgress(-1, Translated("Erasing the entire flash...").c_str());
         OmBoundaryScanBus bus;
         OpenBus(bus);
         return ReportChipErase(callback, AmdEraseChip(bus, callback));

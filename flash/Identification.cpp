@@ -6,11 +6,25 @@
 #include "flash/CommandAddresses.h"
 #include "flash/ImageWordCursor.h"
 #include "flash/IntelCommands.h"
+#include "platform/Translation.h"
 #include "platform/UserInterface.h"
 
 #include <algorithm>
 
 namespace {
+
+constexpr const char* kSetupSectorsIgnored = ForTranslation(
+    "The detected flash is CFI-compliant and provides information on sectors in the CFI table. "
+    "Therefore the user-defined sectors configuration is ignored.\n\nTo disable this alert, please "
+    "clear sectors configuration in Setup dialog by checking 'Flash is CFI-compliant -- no need to "
+    "define sectors info' checkbox.");
+
+constexpr const char* kSectorsUnknown = ForTranslation(
+    "The detected flash is not CFI-compliant and does not provide sectors information. For non-CFI "
+    "devices, sectors configuration can be manually entered using Setup dialog. Without this "
+    "information it will not be possible to erase individual sectors and to lock/unlock sectors. "
+    "In addition, if a chip does not support the 'full chip erase' command the entire flash erase "
+    "operation will also be disabled.");
 
 // The chips that the setup names, as many as the array can have.
 std::span<const OmCfiBuffer> ChipsOf(const OmDesignSetup& setup, const CfiData& cfi) {
@@ -139,23 +153,12 @@ bool OmFlashIdentifier::EnsureSectors(OmFlashSectorLayout& sectors, bool& valid)
     const bool userDefined = !setup_.sectors.IsEmpty();
     if (valid) {
         if (userDefined)
-            ShowMessage(L"The detected flash is CFI-compliant and provides information on sectors "
-                        L"in the CFI table. Therefore the user-defined sectors configuration is "
-                        L"ignored.\n\nTo disable this alert, please clear sectors configuration in "
-                        L"Setup dialog by checking 'Flash is CFI-compliant -- no need to define "
-                        L"sectors info' checkbox.",
-                        kInformationBox);
+            ShowMessage(Translated(kSetupSectorsIgnored), kInformationBox);
         return true;
     }
     sectors = setup_.sectors;
     valid = userDefined;
     if (!valid)
-        ShowMessage(L"The detected flash is not CFI-compliant and does not provide sectors "
-                    L"information. For non-CFI devices, sectors configuration can be manually "
-                    L"entered using Setup dialog. Without this information it will not be possible "
-                    L"to erase individual sectors and to lock/unlock sectors. In addition, if a "
-                    L"chip does not support the 'full chip erase' command the entire flash erase "
-                    L"operation will also be disabled.",
-                    kWarningBox);
+        ShowMessage(Translated(kSectorsUnknown), kWarningBox);
     return valid;
 }

@@ -1,11 +1,12 @@
 #include "jtag/CableErrors.h"
 
 #include "jtag/Exception.h"
+#include "platform/Translation.h"
 
 void ThrowConnectionError() {
-    throw OmException(L"JTAG connection error");
+    throw OmException(Translated("JTAG connection error"));
 }
 
 void ThrowScanTooLong() {
-    throw OmException(L"The JTAG chain is too long for this cable.");
+    throw OmException(Translated("The JTAG chain is too long for this cable."));
 }

@@ -6,6 +6,7 @@
 #include "jtag/Log.h"
 #include "jtag/ParallelPods.h"
 #include "jtag/UsbBlaster.h"
+#include "platform/Translation.h"
 
 #include <utility>
 
@@ -14,7 +15,7 @@ namespace {
 using Creator = std::unique_ptr<OmCable> (*)(OmConnectionSettings&);
 
 struct CableRow {
-    const wchar_t* label;
+    const char* label;
     const wchar_t* logName;
     Creator create;
 };
@@ -61,18 +62,19 @@ std::unique_ptr<OmCable> OpenUsbBlaster(OmConnectionSettings& settings) {
 
 // Indexed by OmCableType.
 constexpr CableRow kCables[kCableTypeCount] = {
-    {L"Xilinx Parallel Cable III / IV", L"XILINX_PARALLEL_CABLE_3",
+    {ForTranslation("Xilinx Parallel Cable III / IV"), L"XILINX_PARALLEL_CABLE_3",
      OpenParallel<OmXilinxParallelCable3>},
-    {L"Altera ByteBlaster MV / II", L"ALTERA_BYTEBLASTER_MV", OpenParallel<OmAlteraByteBlasterMV>},
-    {L"Lattice Parallel ispDownload", L"LATTICE_PARALLEL_ISPDOWNLOAD",
+    {ForTranslation("Altera ByteBlaster MV / II"), L"ALTERA_BYTEBLASTER_MV",
+     OpenParallel<OmAlteraByteBlasterMV>},
+    {ForTranslation("Lattice Parallel ispDownload"), L"LATTICE_PARALLEL_ISPDOWNLOAD",
      OpenParallel<OmLatticeParallelIspDownload>},
-    {L"Wiggler", L"WIGGLER", OpenParallel<OmWiggler>},
-    {L"Embest EasyICE", L"WIGGLER", OpenParallel<OmWiggler>}, // a Wiggler's pinout
-    {L"Digilent JTAG-USB", L"DIGILENT_ADEPT", OpenDigilent},
-    {L"Generic FTDI FT2232", L"FTD2XX", OpenFtd2xx},
-    {L"Segger J-Link", L"JLINK_USB", OpenJLinkUsb},
-    {L"Segger J-Link via TCP/IP server", L"JLINK_IP", OpenJLinkIp},
-    {L"Altera USB-Blaster", L"ALTERA_USB_BLASTER", OpenUsbBlaster},
+    {ForTranslation("Wiggler"), L"WIGGLER", OpenParallel<OmWiggler>},
+    {ForTranslation("Embest EasyICE"), L"WIGGLER", OpenParallel<OmWiggler>}, // a Wiggler's pinout
+    {ForTranslation("Digilent JTAG-USB"), L"DIGILENT_ADEPT", OpenDigilent},
+    {ForTranslation("Generic FTDI FT2232"), L"FTD2XX", OpenFtd2xx},
+    {ForTranslation("Segger J-Link"), L"JLINK_USB", OpenJLinkUsb},
+    {ForTranslation("Segger J-Link via TCP/IP server"), L"JLINK_IP", OpenJLinkIp},
+    {ForTranslation("Altera USB-Blaster"), L"ALTERA_USB_BLASTER", OpenUsbBlaster},
 };
 
 const CableRow* FindCable(OmCableType type) {
@@ -95,7 +97,7 @@ std::unique_ptr<OmCable> CreateCable(OmConnectionSettings& settings) {
     return cable;
 }
 
-const wchar_t* GetCableLabel(OmCableType type) {
+const char* GetCableLabel(OmCableType type) {
     const CableRow* row = FindCable(type);
     return row ? row->label : nullptr;
 }

@@ -11,5 +11,6 @@
 // `settings.ftd2xxIsHighSpeed`.
 std::unique_ptr<OmCable> CreateCable(OmConnectionSettings& settings);
 
-// What the user sees for a cable type ("Generic FTDI FT2232"); null for a value out of range.
-const wchar_t* GetCableLabel(OmCableType type);
+// What the user sees for a cable type ("Generic FTDI FT2232"), for translation; null for a value
+// out of range.
+const char* GetCableLabel(OmCableType type);

@@ -6,6 +6,7 @@
 #include "jtag/JLinkPages.h"
 #include "jtag/ParallelPage.h"
 #include "jtag/UsbBlasterPage.h"
+#include "platform/Translation.h"
 
 #include <wx/choice.h>
 #include <wx/simplebook.h>
@@ -38,7 +39,7 @@ OmCableSettingsPanel::OmCableSettingsPanel(wxWindow* parent) : wxPanel(parent) {
              wxSizerFlags().CentreVertical().Border(wxRIGHT));
     connection_ = new wxChoice(this, wxID_ANY);
     for (const Connection& connection : kConnections)
-        connection_->Append(GetCableLabel(connection.type));
+        connection_->Append(Translated(GetCableLabel(connection.type)));
     connection_->Bind(wxEVT_CHOICE, [this](wxCommandEvent&) { ShowPage(); });
     row->Add(connection_, wxSizerFlags(1));
     column->Add(row, RowFlags());

@@ -6,6 +6,7 @@
 #include "jtag/JtagBitWriter.h"
 #include "jtag/Log.h"
 #include "jtag/ScanLists.h"
+#include "platform/Translation.h"
 
 #include <algorithm>
 #include <cstring>
@@ -55,7 +56,7 @@ void OM_VENDOR_CALL OnError(const char* text) {
 // The library's only sign of failure is a call of the error handler.
 void ThrowReportedError() {
     if (errorFlag)
-        throw OmException(L"JTAG connection error:\n" + errorText);
+        throw OmException(TranslatedFormat("JTAG connection error:\n%ls", errorText.c_str()));
 }
 
 uint32_t LibraryCount(size_t bits) {

@@ -1,6 +1,7 @@
 #include "jtag/ParallelPods.h"
 
 #include "jtag/Exception.h"
+#include "platform/Translation.h"
 
 namespace {
 
@@ -75,12 +76,12 @@ void OmPinTableCable::SetPins(bool tck, bool tms, bool tdi) {
     value |= tms ? pins_.tms : 0;
     value |= tdi ? pins_.tdi : 0;
     if (!WritePort(kData, value))
-        throw OmException(L"Failed to write to parallel port.");
+        throw OmException(Translated("Failed to write to parallel port."));
 }
 
 int OmPinTableCable::GetTdo() {
     uint8_t status = 0;
     if (!ReadPort(kStatus, status))
-        throw OmException(L"Failed to read from parallel port.");
+        throw OmException(Translated("Failed to read from parallel port."));
     return ((status & pins_.tdo) != 0) != pins_.tdoInverted ? 1 : 0;
 }

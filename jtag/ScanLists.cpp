@@ -1,6 +1,7 @@
 #include "jtag/ScanLists.h"
 
 #include "jtag/Exception.h"
+#include "platform/Translation.h"
 
 #include <algorithm>
 
@@ -13,7 +14,7 @@ constexpr float kTransferBytes = 1014.0F;
 
 void RequireBits(const OmBitVector& in) {
     if (in.empty())
-        throw OmException(L"A JTAG scan of no bits was asked for.");
+        throw OmException(Translated("A JTAG scan of no bits was asked for."));
 }
 
 size_t RequireEqualLengths(const OmScanList& vectors) {
@@ -21,7 +22,7 @@ size_t RequireEqualLengths(const OmScanList& vectors) {
     RequireBits(vectors.front().bits);
     for (const OmScanVector& vector : vectors) {
         if (vector.bits.size() != length)
-            throw OmException(L"The JTAG scans of one batch differ in length.");
+            throw OmException(Translated("The JTAG scans of one batch differ in length."));
     }
     return length;
 }

@@ -6,6 +6,7 @@
 #include <filesystem>
 #include <memory>
 #include <string>
+#include <vector>
 
 class OmClock;
 class OmLibraryLoader;
@@ -17,6 +18,10 @@ OmPortDriverOpener& GetHostPortDriverOpener();
 
 // Full path of the running program's file; empty if the system cannot tell.
 std::wstring GetHostProgramPath();
+
+// The languages that the user wants to read, best first, as "de_AT" or "de"; none if the user has
+// not said.
+std::vector<std::string> GetHostLanguages();
 
 // Files to write, null if they cannot be opened. `text`: lines end as the host ends them.
 std::FILE* CreateHostFile(const std::filesystem::path& path, bool text); // must not exist yet

@@ -1,4 +1,5 @@
 #include "platform/Text.h"
+#include "platform/Translation.h"
 #include "platform/UserInterface.h"
 #include "setup/DesignSetup.h"
 
@@ -11,8 +12,8 @@ namespace {
 constexpr unsigned kNeedsFullPins = 1; // bit of the flags
 constexpr int kLowDataBits = 8;        // of each chip: they carry commands, identifiers, status
 
-constexpr wchar_t kErrorTitle[] = L"Setup Integrity Check Error";
-constexpr wchar_t kWarningTitle[] = L"Setup Integrity Check Warning";
+constexpr const char* kErrorTitle = ForTranslation("Setup Integrity Check Error");
+constexpr const char* kWarningTitle = ForTranslation("Setup Integrity Check Warning");
 
 bool IsMissing(const std::vector<SignalPin>& pins, int index) {
     return static_cast<size_t>(index) >= pins.size() ||
@@ -52,42 +53,48 @@ bool IsAnyAddressPinMissing(const OmFlashPins& pins) {
 // Text of the first error that any action meets, empty for none.
 std::wstring FindStructureError(const OmFlashPins& pins) {
     if (!IsBusSelected(pins))
-        return L"Please select DATA bus organization.";
+        return Translated("Please select DATA bus organization.");
     if (pins.AddrCmdShift < 0)
-        return L"Please select the maximum data width that a single chip is capable of.";
+        return Translated("Please select the maximum data width that a single chip is capable of.");
     if (pins.addressPins.empty())
-        return L"Connections of flash address bus are not specified.";
+        return Translated("Connections of flash address bus are not specified.");
     if (pins.dataPins.empty())
-        return L"Connections of flash data bus are not specified.";
+        return Translated("Connections of flash data bus are not specified.");
     return {};
 }
 
 // The same for an action that sends flash commands.
 std::wstring FindCommandPinError(const OmFlashPins& pins) {
     if (!pins.oe.IsConnected() || !pins.we.IsConnected())
-        return L"OE (Output Enable) and WE (Write Enable) flash pins must be connected to certain "
-               L"pins of JTAG chain devices in order to perform info, erase, program or "
-               L"lock/unlock actions.";
+        return Translated(
+            "OE (Output Enable) and WE (Write Enable) flash pins must be connected to certain "
+            "pins of JTAG chain devices in order to perform info, erase, program or "
+            "lock/unlock actions.");
     if (IsMissing(pins.addressPins, pins.AddrCmdShift))
-        return OmFormat(L"A%d flash pin must be connected to a certain pin of JTAG chain device in "
-                        L"order to perform info, erase, program or lock/unlock actions.",
-                        pins.AddrCmdShift);
+        return TranslatedFormat(
+            "A%d flash pin must be connected to a certain pin of JTAG chain device in "
+            "order to perform info, erase, program or lock/unlock actions.",
+            pins.AddrCmdShift);
     return {};
 }
 
 std::wstring CollectWarnings(const OmFlashPins& pins) {
     std::wstring text;
     if (IsAnyAddressPinMissing(pins))
-        text += L"One or more flash address pins have been skipped on the Signal pins list.\n\n";
+        text += Translated(
+            "One or more flash address pins have been skipped on the Signal pins list.\n\n");
     if (pins.dataPins.size() > static_cast<size_t>(GetBusBits(pins)))
-        text += L"One or more flash data pins specified on the Signals list exceeds the selected "
-                L"flash data bus width. Extra data pins will be ignored.\n\n";
+        text += Translated(
+            "One or more flash data pins specified on the Signals list exceeds the selected "
+            "flash data bus width. Extra data pins will be ignored.\n\n");
     if (IsAnyDataBitMissing(pins))
-        text += L"One or more flash data pins have been skipped on the Signal pins list.\n\n";
+        text += Translated(
+            "One or more flash data pins have been skipped on the Signal pins list.\n\n");
     if (!pins.ce.IsConnected() || !pins.oe.IsConnected() || !pins.we.IsConnected())
-        text += L"It is usual, although not always necessary, for all three CE (Chip Enable), OE "
-                L"(Output Enable) and WE (Write Enable) flash control pins to be connected to "
-                L"certain pins of JTAG chain devices.\n\n";
+        text += Translated(
+            "It is usual, although not always necessary, for all three CE (Chip Enable), OE "
+            "(Output Enable) and WE (Write Enable) flash control pins to be connected to "
+            "certain pins of JTAG chain devices.\n\n");
     return text;
 }
 
@@ -95,15 +102,16 @@ std::wstring CollectWarnings(const OmFlashPins& pins) {
 bool Pass(const std::wstring& error) {
     if (error.empty())
         return true;
-    GetUserInterface().ShowMessage(error, kErrorTitle, kWarningBox);
+    GetUserInterface().ShowMessage(error, Translated(kErrorTitle), kWarningBox);
     return false;
 }
 
 bool ConfirmWarnings(const std::wstring& warnings) {
     if (warnings.empty())
         return true;
-    return GetUserInterface().ShowMessage(warnings + L"Ignore this warning and proceed anyway?",
-                                          kWarningTitle, kWarningQuestionBox) == OmAnswer::Yes;
+    return GetUserInterface().ShowMessage(
+               warnings + Translated("Ignore this warning and proceed anyway?"),
+               Translated(kWarningTitle), kWarningQuestionBox) == OmAnswer::Yes;
 }
 
 // The signals on one device pin.
@@ -121,6 +129,11 @@ PinKey MakeKey(const OmDevicePin& pin) {
     for (char& letter : port)
         letter = letter >= 'a' && letter <= 'z' ? static_cast<char>(letter - 'a' + 'A') : letter;
     return {pin.Device, port, pin.PortIndex};
+}
+
+std::wstring FormatPort(const OmDevicePin& pin) {
+    const std::wstring name = FromLocal(pin.PortName);
+    return pin.PortIndex >= 0 ? name + OmFormat(L"(%d)", pin.PortIndex) : name;
 }
 
 // Collects the connected pins in the order in which they come, which is the order in which a
@@ -144,10 +157,8 @@ class PinUses {
             if (use.count < 2)
                 continue;
             report += report.empty() ? L"    " : L";\n    ";
-            report += FromLocal(use.pin.PortName);
-            if (use.pin.PortIndex >= 0)
-                report += OmFormat(L"(%d)", use.pin.PortIndex);
-            report += L" is simultaneously connected to " + use.names;
+            report += TranslatedFormat("%ls is simultaneously connected to %ls",
+                                       FormatPort(use.pin).c_str(), use.names.c_str());
         }
         return report;
     }
@@ -182,16 +193,17 @@ PinUses CollectPinUses(const OmFlashPins& pins) {
 bool OmDesignSetup::CheckSetupIntegrity(unsigned flags, bool quiet) const {
     const bool needsFullPins = flags & kNeedsFullPins;
     if (devices.empty()) {
-        ShowMessage(L"No JTAG chain defined.", kWarningBox);
+        ShowMessage(Translated("No JTAG chain defined."), kWarningBox);
         return false;
     }
     if (!Pass(FindStructureError(*this)) || (needsFullPins && !Pass(FindCommandPinError(*this))) ||
         !CheckPinCollisions())
         return false;
     if (needsFullPins && IsLowDataBitMissing(*this))
-        return Pass(L"At least low 8 data bits of each flash chip must be connected to pins of "
-                    L"JTAG chain devices in order to perform info, erase, program or lock/unlock "
-                    L"actions.");
+        return Pass(
+            Translated("At least low 8 data bits of each flash chip must be connected to pins of "
+                       "JTAG chain devices in order to perform info, erase, program or lock/unlock "
+                       "actions."));
     return quiet || ConfirmWarnings(CollectWarnings(*this));
 }
 
@@ -199,7 +211,7 @@ bool OmDesignSetup::CheckPinCollisions() const {
     const std::wstring report = CollectPinUses(*this).FormatCollisions();
     if (report.empty())
         return true;
-    return Pass(L"The same pin of a JTAG chain device is connected to drive/sense more then one "
-                L"signal:\n" +
-                report + L".");
+    return Pass(TranslatedFormat("The same pin of a JTAG chain device is connected to drive/sense "
+                                 "more then one signal:\n%ls.",
+                                 report.c_str()));
 }

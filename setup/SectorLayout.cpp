@@ -1,6 +1,7 @@
 #include "setup/SectorLayout.h"
 
 #include "platform/Text.h"
+#include "platform/Translation.h"
 
 #include <algorithm>
 #include <iterator>
@@ -113,9 +114,9 @@ void OmFlashSectorLayout::ToOffsets(const OmSectorRange& indexes, OmSectorRange&
 std::wstring OmFlashSectorLayout::Describe(const OmSectorRange& indexes, uint32_t chips) const {
     if (indexes.empty() || groups.empty())
         return {};
-    std::wstring text = indexes.size() == 1
-                            ? L"1 sector: "
-                            : OmFormat(L"%u sectors: ", static_cast<unsigned>(indexes.size()));
+    const auto count = static_cast<unsigned>(indexes.size());
+    std::wstring text =
+        OmFormat(TranslatedPlural("1 sector: ", "%u sectors: ", count).c_str(), count);
     const wchar_t* separator = L"";
     for (const IndexRun& run : MergeRuns(indexes, GetSectorCount())) {
         uint32_t firstOffset = 0;

@@ -25,9 +25,9 @@ TEST(CommandAddresses, FollowTheShift) {
 }
 
 TEST(CommandSet, NamesAreThoseTheUserChoosesFrom) {
-    EXPECT_STREQ(GetCommandSetName(OmCommandSet::Unknown), L"Unknown");
-    EXPECT_STREQ(GetCommandSetName(OmCommandSet::IntelStandard), L"Intel Std (Word-by-Word Prog.)");
-    EXPECT_STREQ(GetCommandSetName(OmCommandSet::IntelExtended), L"Intel Ext (Buffered Prog.)");
-    EXPECT_STREQ(GetCommandSetName(OmCommandSet::AmdWord), L"AMD (Word-by-Word Prog.)");
-    EXPECT_STREQ(GetCommandSetName(OmCommandSet::AmdBuffered), L"AMD (Buffered Prog.)");
+    EXPECT_EQ(GetCommandSetName(OmCommandSet::Unknown), L"Unknown");
+    EXPECT_EQ(GetCommandSetName(OmCommandSet::IntelStandard), L"Intel Std (Word-by-Word Prog.)");
+    EXPECT_EQ(GetCommandSetName(OmCommandSet::IntelExtended), L"Intel Ext (Buffered Prog.)");
+    EXPECT_EQ(GetCommandSetName(OmCommandSet::AmdWord), L"AMD (Word-by-Word Prog.)");
+    EXPECT_EQ(GetCommandSetName(OmCommandSet::AmdBuffered), L"AMD (Buffered Prog.)");
 }

@@ -179,7 +179,7 @@ TEST(FlashInfo, RowsHaveTheirLabels) {
     };
     ASSERT_EQ(std::size(labels), kCfiRowCount);
     for (size_t row = 0; row < kCfiRowCount; ++row)
-        EXPECT_STREQ(GetCfiRowLabel(row), labels[row]);
+        EXPECT_EQ(GetCfiRowLabel(row), labels[row]);
 }
 
 TEST(FlashInfo, FlashThatAnswersNothingStillGetsAPage) {

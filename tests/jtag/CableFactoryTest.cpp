@@ -5,17 +5,17 @@
 #include <gtest/gtest.h>
 
 TEST(CableFactory, EveryTypeHasItsLabel) {
-    const wchar_t* const labels[] = {
-        L"Xilinx Parallel Cable III / IV",
-        L"Altera ByteBlaster MV / II",
-        L"Lattice Parallel ispDownload",
-        L"Wiggler",
-        L"Embest EasyICE",
-        L"Digilent JTAG-USB",
-        L"Generic FTDI FT2232",
-        L"Segger J-Link",
-        L"Segger J-Link via TCP/IP server",
-        L"Altera USB-Blaster",
+    const char* const labels[] = {
+        "Xilinx Parallel Cable III / IV",
+        "Altera ByteBlaster MV / II",
+        "Lattice Parallel ispDownload",
+        "Wiggler",
+        "Embest EasyICE",
+        "Digilent JTAG-USB",
+        "Generic FTDI FT2232",
+        "Segger J-Link",
+        "Segger J-Link via TCP/IP server",
+        "Altera USB-Blaster",
     };
     for (int type = 0; type < kCableTypeCount; ++type)
         EXPECT_STREQ(GetCableLabel(static_cast<OmCableType>(type)), labels[type]);
