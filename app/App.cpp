@@ -2,6 +2,7 @@
 
 #include "app/HexViewCtrl.h"
 #include "app/MainFrame.h"
+#include "app/Translations.h"
 #include "app/WindowGeometry.h"
 #include "bsdl/Idcode.h"
 #include "flash/FlashProgrammer.h"
@@ -89,6 +90,7 @@ int OmApp::OnExit() {
 // The names come before the settings store, which is made from them.
 void OmApp::SetProcessOptions() {
     wxUILocale::UseDefault();
+    LoadTranslations();
     SetVendorName(kVendorName);
     SetAppName(kProductName);
     OpenSettingsStore();

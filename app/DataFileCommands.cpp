@@ -7,6 +7,7 @@
 #include "app/ScopedFlag.h"
 #include "data/DataFiles.h"
 #include "platform/Text.h"
+#include "platform/Translation.h"
 #include "platform/UserInterface.h"
 
 #include <wx/intl.h>
@@ -27,7 +28,7 @@ bool WriteWholeFile(bool (*write)(const std::string&, const OmDataImage&), const
         if (write(ToLocal(path), image))
             return true;
     }
-    ShowMessage(_("Failed to save '").ToStdWstring() + path + L"'.", kErrorBox);
+    ShowMessage(TranslatedFormat("Failed to save '%ls'.", path.c_str()), kErrorBox);
     return false;
 }
 
@@ -75,8 +76,8 @@ bool OmMainFrame::LoadDataFile(const wxString& path) {
         loaded = ReadDataFile(ToLocal(path.ToStdWstring()), image, error);
     }
     if (!loaded) {
-        const wxString text = _("Failed to load data file '") + path + "'.\n" + FromLocal(error);
-        ShowMessage(text.ToStdWstring(), kErrorBox);
+        const wxString text = wxString::Format(_("Failed to load data file '%s'.\n"), path);
+        ShowMessage(text.ToStdWstring() + Translated(error.c_str()), kErrorBox);
         return false;
     }
     ShowLoadedData(std::move(image), path);

@@ -1,5 +1,6 @@
 #include "app/FileChooser.h"
 
+#include "platform/Translation.h"
 #include "platform/UserInterface.h"
 
 #include <wx/arrstr.h>
@@ -19,9 +20,10 @@ constexpr bool kHostAddsExtension = false;
 #endif
 
 bool ConfirmReplace(const wxString& path) {
-    const wxString question =
-        path + _(" already exists.\nDo you want to replace the existing file?");
-    return ShowMessage(question.ToStdWstring(), kLossQuestionBox) == OmAnswer::Yes;
+    return ShowMessage(
+               TranslatedFormat("%ls already exists.\nDo you want to replace the existing file?",
+                                path.wc_str()),
+               kLossQuestionBox) == OmAnswer::Yes;
 }
 
 // The name as typed has been confirmed by the dialog; one that is completed here has not.

@@ -16,8 +16,9 @@ constexpr char kLoadFilter[] =
     wxTRANSLATE("Setup Files (*.velflash)|*.velflash|All Files (*.*)|*.*");
 constexpr char kSaveFilter[] = wxTRANSLATE("Setup Files (*.velflash)|*.velflash");
 
-void ShowSetupFailure(const wxString& prefix, const wxString& path) {
-    ShowMessage((prefix + path + "'.").ToStdWstring(), kErrorBox);
+// `format` takes the path.
+void ShowSetupFailure(const wxString& format, const wxString& path) {
+    ShowMessage(wxString::Format(format, path).ToStdWstring(), kErrorBox);
 }
 
 } // namespace
@@ -44,7 +45,7 @@ void OmMainFrame::OnLoadSetup(wxCommandEvent&) {
 bool OmMainFrame::LoadSetupFile(const wxString& path) {
     const ScopedFlag guard(commandRunning_); // at the start of the program no command runs
     if (!OmFlashProgrammer::GetInstance().LoadDesignSetup(ToLocal(path.ToStdWstring()))) {
-        ShowSetupFailure(_("Failed to load setup file '"), path);
+        ShowSetupFailure(_("Failed to load setup file '%s'."), path);
         return false;
     }
     if (!setupPath_.empty())
@@ -78,7 +79,7 @@ void OmMainFrame::SaveSetupUnderNewName() {
 
 bool OmMainFrame::SaveSetupFile(const wxString& path) {
     if (!OmFlashProgrammer::GetInstance().SaveDesignSetup(ToLocal(path.ToStdWstring()))) {
-        ShowSetupFailure(_("Failed to save setup file '"), path);
+        ShowSetupFailure(_("Failed to save setup file '%s'."), path);
         return false;
     }
     if (!setupPath_.empty() && setupPath_ != path)

@@ -113,7 +113,7 @@ void OmMainFrame::OnWebsite(wxCommandEvent&) {
 void OmMainFrame::OnAbout(wxCommandEvent&) {
     OmAboutDlg dialog(this);
     dialog.SetTitle(_("About Velmora Flash Programmer"));
-    dialog.SetTexts(kProductName, kVersionText, kRightsText);
+    dialog.SetTexts(kProductName, kVersionText, Translated(kRightsText));
     dialog.ShowModal();
 }
 

@@ -3,20 +3,16 @@
 #include "data/DataFiles.h"
 #include "data/DataImage.h"
 #include "platform/Text.h"
+#include "platform/Translation.h"
 #include "platform/UserInterface.h"
 
 #include <algorithm>
 #include <vector>
 #include <wx/filename.h>
-#include <wx/translation.h>
 
 namespace {
 
 using Names = std::vector<std::wstring>;
-
-std::wstring Translate(const char* text) {
-    return wxGetTranslation(text).ToStdWstring();
-}
 
 std::wstring JoinLines(const Names& names) {
     std::wstring text;
@@ -43,10 +39,10 @@ Names MakePartNames(const std::wstring& path, const OmDataImage& image) {
 
 bool ConfirmSplit(const Names& names) {
     const std::wstring text =
-        Translate(wxTRANSLATE("Unlike S-record and Intel HEX, raw binary file format stores only\n"
-                              "one continuous uninterrupted piece of data.\n\n"
-                              "Press OK to save each chunk of data as a separate binary file.\n\n"
-                              "Files to save:\n")) +
+        Translated("Unlike S-record and Intel HEX, raw binary file format stores only\n"
+                   "one continuous uninterrupted piece of data.\n\n"
+                   "Press OK to save each chunk of data as a separate binary file.\n\n"
+                   "Files to save:\n") +
         JoinLines(names);
     return ShowMessage(text, {OmButtons::OkCancel, OmIcon::Question}) == OmAnswer::Ok;
 }
@@ -59,10 +55,10 @@ bool ConfirmReplace(const Names& names) {
         return true;
     const std::wstring text =
         existing.size() == 1
-            ? existing.front() + Translate(wxTRANSLATE(
-                                     " already exists.\nDo you want to replace the existing file?"))
-            : Translate(wxTRANSLATE("These files already exist:\n")) + JoinLines(existing) +
-                  Translate(wxTRANSLATE("\n\nDo you want to replace the existing files?"));
+            ? TranslatedFormat("%ls already exists.\nDo you want to replace the existing file?",
+                               existing.front().c_str())
+            : Translated("These files already exist:\n") + JoinLines(existing) +
+                  Translated("\n\nDo you want to replace the existing files?");
     return ShowMessage(text, kLossQuestionBox) == OmAnswer::Yes;
 }
 
@@ -80,8 +76,8 @@ bool ReportFailures(const Names& failed) {
     if (failed.empty())
         return true;
     const std::wstring text =
-        failed.size() == 1 ? Translate(wxTRANSLATE("Failed to save '")) + failed.front() + L"'."
-                           : Translate(wxTRANSLATE("Failed to save:\n")) + JoinLines(failed);
+        failed.size() == 1 ? TranslatedFormat("Failed to save '%ls'.", failed.front().c_str())
+                           : Translated("Failed to save:\n") + JoinLines(failed);
     ShowMessage(text, kErrorBox);
     return false;
 }

@@ -165,7 +165,7 @@ wxString OmBsdlFileDlg::GetTypedName() const {
 bool OmBsdlFileDlg::IsThere(const wxString& name) const {
     if (wxFileName::FileExists(name))
         return true;
-    Tell(_("Cannot find the '") + name + _("' file."), kErrorBox);
+    Tell(wxString::Format(_("Cannot find the '%s' file."), name), kErrorBox);
     return false;
 }
 
@@ -213,17 +213,20 @@ void OmBsdlFileDlg::Browse() {
 }
 
 bool OmBsdlFileDlg::AcceptVersion(const wxString& name, const std::vector<std::string>& patterns) {
-    return Accept(_("There are different version fields in the detected device IDCODE and the "
-                    "IDCODE specified in the '") +
-                      name + _("' BSDL file.\nAre you sure you want to use this file anyway?"),
-                  kQuestionBox, patterns);
+    return Accept(
+        wxString::Format(_("There are different version fields in the detected device IDCODE and "
+                           "the IDCODE specified in the '%s' BSDL file.\nAre you sure you want to "
+                           "use this file anyway?"),
+                         name),
+        kQuestionBox, patterns);
 }
 
 bool OmBsdlFileDlg::AcceptMismatch(const wxString& name, const std::vector<std::string>& patterns) {
-    return Accept(_("The '") + name +
-                      _("' BSDL file does not match the device IDCODE.\nAre you sure you want to "
-                        "use this file anyway?"),
-                  kLossQuestionBox, patterns);
+    return Accept(
+        wxString::Format(_("The '%s' BSDL file does not match the device IDCODE.\nAre you "
+                           "sure you want to use this file anyway?"),
+                         name),
+        kLossQuestionBox, patterns);
 }
 
 bool OmBsdlFileDlg::Accept(const wxString& question, OmMessageStyle style,

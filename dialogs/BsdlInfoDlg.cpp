@@ -28,11 +28,11 @@ bool Differ(const OmBsdlData* one, const OmBsdlData* other) {
 }
 
 void TellContentError(const wxString& fileName) {
-    const wxString text = fileName +
-                          _(" content integrity check error!\nUnfortunately, some BSDL files do "
-                            "not strictly conforms the standard. However, they are usually easy to "
-                            "fix. Please feel free to send us this BSDL file") +
-                          _(" at ") + kSupportAddress + ".";
+    const wxString text = wxString::Format(
+        _("%s content integrity check error!\nUnfortunately, some BSDL files do not strictly "
+          "conforms the standard. However, they are usually easy to fix. Please feel free to send "
+          "us this BSDL file at %s."),
+        fileName, kSupportAddress);
     GetUserInterface().ShowMessage(text.ToStdWstring(), _("Error").ToStdWstring(), kErrorBox);
 }
 
@@ -69,7 +69,7 @@ void OmBsdlInfoDlg::BuildControls() {
 void OmBsdlInfoDlg::SetDevice(const wxString& displayName, const OmBitVector& idcode,
                               const OmBsdlData* data, const wxString& fileName) {
     displayName_ = displayName;
-    SetTitle(displayName + _(" BSDL File"));
+    SetTitle(wxString::Format(_("%s BSDL File"), displayName));
     idcode_ = idcode;
     ownData_.reset();
     entryData_ = currentData_ = data;
@@ -100,7 +100,7 @@ void OmBsdlInfoDlg::Refresh() {
 
 void OmBsdlInfoDlg::ViewData() {
     OmTextViewerDlg dialog(this);
-    dialog.SetTitle(_("Data imported from ") + GetFullName(currentFileName_));
+    dialog.SetTitle(wxString::Format(_("Data imported from %s"), GetFullName(currentFileName_)));
     dialog.UseFixedFont();
     dialog.SetText(FromLocal(FormatBsdlReport(*currentData_)));
     dialog.ShowModal();

@@ -21,9 +21,10 @@ bool OmGoToOffsetDlg::TransferDataFromWindow() {
     const std::wstring text = TrimText(box_->GetValue().ToStdWstring());
     const std::optional<uint32_t> value = ParsePlainHex(text);
     if (!value)
-        return RefuseInput(*box_, _("Invalid data entered: '") + text +
-                                      _("'.\n\nPlease enter a hexadecimal offset to scroll the "
-                                        "data view to."));
+        return RefuseInput(*box_,
+                           wxString::Format(_("Invalid data entered: '%s'.\n\nPlease enter a "
+                                              "hexadecimal offset to scroll the data view to."),
+                                            text));
     offset = *value;
     return true;
 }

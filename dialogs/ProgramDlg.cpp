@@ -87,7 +87,7 @@ wxString OmProgramDlg::DescribeEraseMode() const {
     case OmEraseMode::SelectedSectors:
         break;
     }
-    return _("Erase ") + sectorMap->Describe(selectedSectors, chipCount);
+    return wxString::Format(_("Erase %s"), sectorMap->Describe(selectedSectors, chipCount));
 }
 
 // How far the data will be moved as things stand.

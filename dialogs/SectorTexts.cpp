@@ -1,6 +1,7 @@
 #include "dialogs/SectorTexts.h"
 
 #include "platform/Text.h"
+#include "platform/Translation.h"
 
 #include <algorithm>
 
@@ -48,10 +49,23 @@ class RowFormatter {
     uint64_t start_ = 0;
 };
 
+constexpr wchar_t kIndent[] = L"       ";
+
+// The total, underlined; the rule grows up to three digits.
+std::wstring FormatTotal(Wide count) {
+    const auto number = static_cast<unsigned>(std::min<Wide>(count, UINT32_MAX));
+    const std::wstring total = OmFormat(
+        TranslatedPlural("%llu sectors total", "%llu sectors total", number).c_str(), count);
+    const size_t room = total.size() - std::to_wstring(count).size() + 3;
+    std::wstring rule(std::min(total.size(), room), L'-');
+    rule.resize(room, L' ');
+    return kIndent + total + L'\n' + kIndent + rule + L'\n';
+}
+
 } // namespace
 
 std::wstring FormatSectorGroup(const OmSectorGroup& group) {
-    return OmFormat(L"%u x %u Bytes", group.Count, group.Size);
+    return TranslatedFormat("%u x %u Bytes", group.Count, group.Size);
 }
 
 std::vector<std::wstring> FormatSectorRows(const OmFlashSectorLayout& layout, uint32_t chips) {
@@ -65,21 +79,21 @@ std::wstring FormatUnlistedNote(const OmFlashSectorLayout& layout) {
     const Wide count = layout.GetSectorCount();
     if (count <= kMaxListedSectors)
         return {};
-    return OmFormat(L"Only the first %u of %llu sectors are listed.", kMaxListedSectors, count);
+    return TranslatedFormat("Only the first %u of %llu sectors are listed.", kMaxListedSectors,
+                            count);
 }
 
 std::wstring FormatSectorTable(const OmFlashSectorLayout& layout) {
     if (layout.IsEmpty())
-        return L"       (no sectors defined)";
-    const Wide count = layout.GetSectorCount();
-    std::wstring table = OmFormat(L"       %llu sectors total\n       ---------------%c%c\n", count,
-                                  count >= 10 ? '-' : ' ', count >= 100 ? '-' : ' ');
+        return kIndent + Translated("(no sectors defined)");
+    std::wstring table = FormatTotal(layout.GetSectorCount());
     for (const std::wstring& row : FormatSectorRows(layout, 1))
         table += row + L'\n';
     return table + FormatUnlistedNote(layout);
 }
 
 std::wstring FormatSelectedCount(size_t count) {
-    return count == 1 ? L"1 sector selected"
-                      : OmFormat(L"%u sectors selected", static_cast<unsigned>(count));
+    const auto number = static_cast<unsigned>(count);
+    return OmFormat(TranslatedPlural("1 sector selected", "%u sectors selected", number).c_str(),
+                    number);
 }

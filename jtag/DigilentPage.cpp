@@ -2,6 +2,7 @@
 
 #include "jtag/DigilentAdept.h"
 #include "platform/Text.h"
+#include "platform/Translation.h"
 #include "platform/UserInterface.h"
 
 #include <wx/button.h>
@@ -25,8 +26,10 @@ OmDigilentPage::OmDigilentPage(wxWindow* parent, std::function<void()> recheck)
 bool OmDigilentPage::Check(const OmConnectionSettings& settings, wxString& error) {
     OmDigilentAdept adept;
     if (!adept.Load()) {
-        error = _("ERROR: Digilent Adept Suite software is not installed! Visit ") + kAdeptUrl +
-                _(" to download.");
+        error =
+            wxString::Format(_("ERROR: Digilent Adept Suite software is not installed! Visit %s "
+                               "to download."),
+                             kAdeptUrl);
         return false;
     }
     wxArrayString names;
@@ -56,9 +59,9 @@ void OmDigilentPage::Configure() {
     if (adept.Load()) {
         const int32_t error = adept.ConfigureDevices(wxGetTopLevelParent(this)->GetHandle());
         if (error != 0) {
-            ShowMessage(
-                OmFormat(L"Unexpected error %d: %ls %d", error, L"CableSettingsPanel", __LINE__),
-                kErrorBox);
+            ShowMessage(TranslatedFormat("Unexpected error %d: %ls %d", error,
+                                         L"CableSettingsPanel", __LINE__),
+                        kErrorBox);
             return;
         }
     }

@@ -20,7 +20,15 @@ const char* const kFrequencies[] = {
     "150 KHz", "100 KHz", "50 KHz",  "25 KHz",  "10 KHz",  "5 KHz",   "1 KHz",
 };
 
-const char* const kDevices[] = {"J-Link 0 (default)", "J-Link 1", "J-Link 2", "J-Link 3"};
+const char* const kDevices[] = {wxTRANSLATE("J-Link 0 (default)"), wxTRANSLATE("J-Link 1"),
+                                wxTRANSLATE("J-Link 2"), wxTRANSLATE("J-Link 3")};
+
+wxArrayString TranslateDevices() {
+    wxArrayString names;
+    for (const char* device : kDevices)
+        names.push_back(wxGetTranslation(device));
+    return names;
+}
 
 template <size_t N>
 wxArrayString ToArray(const char* const (&entries)[N]) {
@@ -51,7 +59,7 @@ bool CheckLibrary(wxString& error) {
 
 OmJLinkUsbPage::OmJLinkUsbPage(wxWindow* parent) : OmCablePage(parent) {
     BeginRow(_("Device:"));
-    device_ = MakeChoice(ToArray(kDevices));
+    device_ = MakeChoice(TranslateDevices());
     EndRow(device_);
     BeginRow(_("TCK freq:"));
     frequency_ = MakeChoice(ToArray(kFrequencies));

@@ -134,13 +134,14 @@ void OmFtd2xxStaticPinsDlg::Delete() {
     const int row = list_->GetSelection();
     const OmFtd2xxStaticPinsScheme& scheme = schemes[row];
     if (scheme.isPredefined) {
-        const wxString text = _("Sorry, '") + scheme.description +
-                              _("' is a predefined standard scheme and it cannot be deleted.");
+        const wxString text = wxString::Format(
+            _("Sorry, '%s' is a predefined standard scheme and it cannot be deleted."),
+            scheme.description);
         ShowMessage(text.ToStdWstring(), kWarningBox);
         return;
     }
     const wxString question =
-        _("Are you sure you want to delete '") + scheme.description + _("' scheme?");
+        wxString::Format(_("Are you sure you want to delete '%s' scheme?"), scheme.description);
     if (ShowMessage(question.ToStdWstring(), kLossQuestionBox) != OmAnswer::Yes)
         return;
     schemes.erase(schemes.begin() + row);
