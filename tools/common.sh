@@ -11,7 +11,7 @@ die() {
 }
 
 # Debian packages to build the program, and to test and demonstrate it without a screen.
-build_packages=(g++ cmake ninja-build ccache pkg-config flex bison libwxgtk3.2-dev libcli11-dev
+build_packages=(g++ cmake ninja-build ccache pkg-config flex bison gettext libwxgtk3.2-dev libcli11-dev
     libgtest-dev libgmock-dev libbenchmark-dev)
 test_packages=(srecord binutils xvfb xauth openbox xdotool x11-utils fonts-liberation
     fonts-dejavu-core adwaita-icon-theme imagemagick)
