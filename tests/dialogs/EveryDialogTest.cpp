@@ -19,6 +19,7 @@
 #include "tests/dialogs/BsdlFixture.h"
 #include "tests/jtag/FakeLibrary.h"
 #include "tests/jtag/FakePortDriver.h"
+#include "tests/windows/support/Languages.h"
 
 namespace {
 
@@ -90,15 +91,23 @@ class EveryDialogTest : public BsdlDialogTest {
     void ShowEach(const ModalSteps::Step& step) {
         for (const Case& c : kCases) {
             SCOPED_TRACE(c.name);
+            name_ = c.name;
             const std::unique_ptr<wxDialog> dialog = c.make();
             user_.Expect(dialog->GetTitle(), step);
             EXPECT_EQ(dialog->ShowModal(), c.cancelled);
         }
     }
 
+    std::string name_; // of the dialog that is shown
     FakeLoader noLibraries_;
     FakePortDriver ports_;
 };
+
+// As wide as a small screen, less what a desktop keeps for itself.
+void ExpectOnScreen(const wxWindow& window) {
+    EXPECT_LE(window.GetSize().x, 1200);
+    EXPECT_LE(window.GetSize().y, 700);
+}
 
 bool IsInside(const wxWindow* window, const wxWindow& dialog) {
     while (window && window != &dialog)
@@ -116,6 +125,26 @@ TEST_F(EveryDialogTest, IsLaidOutWellHasTheFocusAndClosesOnEscape) {
         escape.m_keyCode = WXK_ESCAPE;
         escape.SetEventObject(&shown);
         shown.GetEventHandler()->ProcessEvent(escape);
+    });
+}
+
+TEST_F(EveryDialogTest, IsLaidOutWellInGerman) {
+    const InLanguage german("de");
+    ShowEach([this](wxDialog& shown) {
+        ExpectGoodLayout(shown);
+        ExpectOnScreen(shown);
+        TakeScreenshot(shown, "de-" + name_);
+        shown.Close();
+    });
+}
+
+TEST_F(EveryDialogTest, IsLaidOutWellInALanguageOfLongTexts) {
+    const WithLongTexts longTexts;
+    ShowEach([this](wxDialog& shown) {
+        ExpectGoodLayout(shown);
+        ExpectOnScreen(shown);
+        TakeScreenshot(shown, "long-" + name_);
+        shown.Close();
     });
 }
 

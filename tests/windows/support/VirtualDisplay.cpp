@@ -50,13 +50,14 @@ VirtualDisplay::~VirtualDisplay() {
 }
 
 void VirtualDisplay::PrepareEnvironment() {
-    static constexpr std::array<std::pair<const char*, const char*>, 7> kSettings = {{
+    static constexpr std::array<std::pair<const char*, const char*>, 8> kSettings = {{
         {"GDK_BACKEND", "x11"},
         {"GTK_THEME", "Adwaita"},
         {"GSETTINGS_BACKEND", "memory"},
         {"NO_AT_BRIDGE", "1"},
         {"GTK_IM_MODULE", "gtk-im-context-simple"},
         {"LC_ALL", "C.UTF-8"},
+        {"LANGUAGE", ""}, // counts before the former where a catalogue is chosen
         {"GDK_SCALE", "1"},
     }};
     // To look at the windows in another theme or scale: OM_KEEP_THEME=1 GTK_THEME=Adwaita:dark ...
