@@ -8,8 +8,10 @@
 #include "cli/ExitCodes.h"
 #include "cli/Interrupt.h"
 #include "cli/OptionParser.h"
+#include "cli/PodChoice.h"
 #include "cli/Terminal.h"
 #include "flash/FlashProgrammer.h"
+#include "jtag/LptPorts.h"
 #include "platform/Paths.h"
 #include "platform/Text.h"
 
@@ -66,6 +68,19 @@ bool LoadSetup(const OmCliOptions& options) {
                 DescribeUnread(options.setupFile, L"It is no setup file, or a damaged one."));
 }
 
+bool FindPod(const OmCommand& command, const OmCliOptions& options) {
+    return !(command.uses & kUsesConnection) ||
+           ChoosePod(options.connection, OmFlashProgrammer::GetInstance().settings);
+}
+
+// A missing port is the one reason that the log does not tell.
+bool HasPort(const OmConnectionSettings& settings) {
+    uint16_t addresses[3] = {};
+    GetLptAddresses(&addresses[0], &addresses[1], &addresses[2]);
+    return !HasParallelPort(settings.cableType) ||
+           addresses[static_cast<size_t>(settings.lptPort)] != 0;
+}
+
 // Why a pod does not open stands in the log alone.
 void HintAtLog(const OmCliOptions& options) {
     const OmFlashProgrammer& programmer = OmFlashProgrammer::GetInstance();
@@ -75,6 +90,9 @@ void HintAtLog(const OmCliOptions& options) {
     Fail(L"The cable is " + FromLocal(cable) +
          (options.connection.cable ? L"." : L", as set in velflash; --cable names another.") +
          (options.log ? L"" : L" The option --log shows what failed."));
+    if (!HasPort(programmer.settings))
+        Fail(OmFormat(L"This machine has no parallel port LPT%d, or does not let this user see it.",
+                      static_cast<int>(programmer.settings.lptPort) + 1));
 }
 
 // A report that did not reach its reader is a failure. One who closes the pipe, as `head` does, has
@@ -89,8 +107,8 @@ bool FlushReport() {
 // The pod is closed before the program ends, while what it uses is still there.
 bool RunCommand(const OmCommand& command, const OmCliOptions& options) {
     OmConsoleProgress progress(stderr, ChooseProgressStyle(options.quiet));
-    const bool good =
-        (options.setupFile.empty() || LoadSetup(options)) && command.run(options, progress);
+    const bool good = (options.setupFile.empty() || LoadSetup(options)) &&
+                      FindPod(command, options) && command.run(options, progress);
     if (!good && (command.uses & kUsesConnection))
         HintAtLog(options);
     if (command.uses & kUsesConnection)

@@ -137,6 +137,10 @@ std::string GetCableName(OmCableType type) {
     return FindRow(type).name;
 }
 
+bool HasParallelPort(OmCableType type) {
+    return FindRow(type).hasPort;
+}
+
 std::string ListCableNames() {
     std::string names;
     for (const CableRow& row : kCables)

@@ -9,6 +9,7 @@
 std::optional<OmCableType> FindCable(const std::string& name);
 
 std::string GetCableName(OmCableType type);
+bool HasParallelPort(OmCableType type);
 
 // "ft2232, usb-blaster, ..."
 std::string ListCableNames();

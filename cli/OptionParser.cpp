@@ -225,6 +225,7 @@ OmParsedLine ParseCommandLine(int argc, const char* const* argv, std::ostream& o
     app.formatter(std::make_shared<OmHelpFormatter>());
     app.failure_message(DescribeFailure);
     app.footer(kFooter);
+    app.option_defaults()->multi_option_policy(CLI::MultiOptionPolicy::TakeLast);
     app.require_subcommand(0, 1); // with 1 an unknown command would not be named
     AddGeneralOptions(app, line.options);
     AddConnectionOptions(app, line.options.connection);

@@ -75,6 +75,17 @@ TEST_F(OptionParser, ValuesArriveFromEitherSideOfTheCommand) {
     EXPECT_TRUE(options.yes && options.log && options.quiet);
 }
 
+// So that a wrapper's choice can be overruled.
+TEST_F(OptionParser, LastOfSeveralCounts) {
+    const OmCliOptions& options =
+        Parse("-f 1M --serial A chain -f 2M --serial B -y -y -q --yes --adaptive --no-adaptive")
+            .options;
+    EXPECT_EQ(CommandName(), "chain") << err_.str();
+    EXPECT_EQ(options.connection.frequency, 2000000);
+    EXPECT_EQ(options.connection.serial, "B");
+    EXPECT_TRUE(options.yes && options.quiet);
+}
+
 TEST_F(OptionParser, NothingIsChosenWithoutOptions) {
     const OmCliOptions& options = Parse("program a.velflash d.hex").options;
     EXPECT_EQ(options.connection, OmConnectionChoice());

@@ -4,6 +4,7 @@
 
 #include <cstdlib>
 #include <gtest/gtest.h>
+#include <sstream>
 #include <string>
 #ifndef _WIN32
 #include <sys/wait.h>
@@ -31,14 +32,20 @@ class WholeProgram : public ::testing::Test {
         text.replace(place, from.size(), to);
     }
 
+    void ReplaceInBoard(const std::string& from, const std::string& to) const {
+        std::string board = ReadWholeFile(folder_.Path("test.board"));
+        Replace(board, from, to);
+        folder_.Write("test.board", board);
+    }
+
     // Runs the program in the test's folder with settings of its own; `line` is for the shell.
     int Run(const std::string& line) {
         const std::string folder = folder_.path.string();
         const std::string command =
-            "cd '" + folder + "' && " + before_ + "XDG_CONFIG_HOME='" + folder +
+            "cd '" + folder + "' && { " + before_ + "XDG_CONFIG_HOME='" + folder +
             "/config' VIRTUALBOARD=test.board VIRTUALBOARD_FLASH_DUMP='" + folder +
             "/flash.bin' VIRTUALBOARD_STATS='" + folder + "/stats.json' " + environment_ +
-            OM_PROGRAM + " " + line + " 2> errors";
+            OM_PROGRAM + " " + line + " 2> errors " + after_ + "\n}";
         const int status = std::system(command.c_str());
         return WIFEXITED(status) ? WEXITSTATUS(status) : -1;
     }
@@ -64,7 +71,8 @@ class WholeProgram : public ::testing::Test {
         return Errors().find(text) != std::string::npos;
     }
 
-    std::string before_;      // further commands of the shell
+    std::string before_; // further commands of the shell
+    std::string after_;
     std::string environment_; // further variables, each followed by a blank
     const std::string setup_ = OM_DEMO_SETUP;
     TemporaryFolder folder_;
@@ -173,6 +181,53 @@ TEST_F(WholeProgram, PodThatDoesNotOpenPointsAtTheLog) {
     EXPECT_FALSE(HasError("The option --log")) << Errors();
 }
 
+// A cable alone would take any pod where the wanted one is missing.
+TEST_F(WholeProgram, SerialAndDescriptionMeanOnePodAndNoOther) {
+    const std::string first = "pod FT2232H description=\"Velmora Demo Board A\" serial=VELDEMO1A";
+    ReplaceInBoard(first, "pod FT2232H description=A serial=X1 connected=no\n"
+                          "pod FT2232H description=B serial=X2");
+
+    struct {
+        const char* options;
+        int exitCode;
+        const char* error;
+    } const cases[] = {
+        {"--serial X2", 0, ""},
+        {"--description B", 0, ""},
+        {"--description B --serial X2", 0, ""},
+        {"--serial X1", 1, "No JTAG chain was detected."},
+        {"--serial X3", 1, "There is no ft2232 'X3'. Connected: A (X1), B (X2).\n"},
+        {"--description A --serial X2", 1, "There is no ft2232 'A (X2)'. Connected: "},
+    };
+
+    for (const auto& c : cases) {
+        EXPECT_EQ(RunOnPod(std::string(c.options) + " chain > out"), c.exitCode) << c.options;
+        EXPECT_TRUE(HasError(c.error)) << c.options << "\n" << Errors();
+    }
+
+    ReplaceInBoard("pod FT2232H description=B serial=X2",
+                   "pod USB-Blaster description=U serial=U1");
+    EXPECT_EQ(Run("-c usb-blaster --serial U1 chain > out"), 0) << Errors();
+    EXPECT_EQ(Run("-c usb-blaster --serial U2 chain > out"), 1);
+    EXPECT_EQ(Errors(), "There is no usb-blaster 'U2'. Connected: U (U1).\n");
+}
+
+TEST_F(WholeProgram, FirstDigilentPodWillDo) {
+    ReplaceInBoard("pod FT2232H description=\"Velmora Demo Board A\" serial=VELDEMO1A",
+                   "pod Digilent description=Basys");
+    EXPECT_EQ(Run("-c digilent chain > out"), 0) << Errors();
+    EXPECT_EQ(Run("-c digilent --serial Basys chain > out"), 0) << Errors();
+    EXPECT_EQ(Run("-c digilent --serial Nexys chain > out"), 1);
+    EXPECT_EQ(Errors(), "There is no digilent 'Nexys'. Connected: Basys.\n");
+}
+
+TEST_F(WholeProgram, MissingParallelPortIsNamed) {
+    EXPECT_EQ(Run("-c wiggler --port 3 chain"), 1);
+    EXPECT_TRUE(HasError("This machine has no parallel port LPT3, or does not let this user see "
+                         "it.\n"))
+        << Errors();
+}
+
 TEST_F(WholeProgram, WrongLinesAreTwo) {
     EXPECT_EQ(Run(""), 2);
     EXPECT_EQ(Run("chain -c frob"), 2);
@@ -254,22 +309,49 @@ TEST_F(WholeProgram, ErrorsOfABsdlFileAreTold) {
     EXPECT_NE(Errors().substr(Errors().size() - 2), "\n\n");
 }
 
-// The signal comes while sectors are being erased; what was asked last is finished first.
-TEST_F(WholeProgram, InterruptStopsAnActionAndIs130) {
-    const std::string waitForErase = " & pid=$!; for i in $(seq 400); do grep -q 'Erasing sector 2 "
-                                     "' errors && break; sleep 0.05; "
-                                     "done; kill -INT $pid; wait $pid) #";
+// The signal comes while a sector is being erased, which takes far longer than to see it begin.
+TEST_F(WholeProgram, SignalStopsAnActionAndIs130) {
+    UseBoard("model=amd16-64m-bottom buffer=32 sector-us=5000000");
+    for (const char* signal : {"INT", "TERM", "HUP"}) {
+        folder_.Write("errors", "");
+        after_ =
+            std::string("& pid=$!; for i in $(seq 1000); do grep -q 'Erasing sector 2 ' errors "
+                        "&& break; sleep 0.02; done; kill -") +
+            signal + " $pid; wait $pid";
+        EXPECT_EQ(RunOnPod("erase " + setup_ + " -s 0-134"), 130) << signal << "\n" << Errors();
+        EXPECT_TRUE(HasError("Erasing sector 2 of 135...\nErase operation was aborted by user.\n"))
+            << Errors();
+    }
+}
+
+TEST_F(WholeProgram, CommandUnderNohupOutlivesItsTerminal) {
+    UseBoard("model=amd16-64m-bottom buffer=32 sector-us=2000000");
+    folder_.Write("errors", "");
+    before_ = "trap '' HUP; ";
+    after_ =
+        "& pid=$!; for i in $(seq 1000); do grep -q 'Erasing sector 1 ' errors && break; sleep "
+        "0.02; done; kill -HUP $pid || exit 99; wait $pid";
+    EXPECT_EQ(RunOnPod("erase " + setup_ + " -s 0"), 0) << Errors();
+}
+
+TEST_F(WholeProgram, TerminalGetsOneLineThatFitsIt) {
+    MakeData(20000);
+    folder_.Write("run", "stty cols 30\n" OM_PROGRAM " -c ft2232 -f 30M program '" + setup_ +
+                             "' data.bin\n");
     const std::string folder = folder_.path.string();
-    // The board as it is takes the time that real chips take.
-    const std::string command = "cd '" + folder +
-                                "' && (VIRTUALBOARD=" OM_DEMO_DIRECTORY
-                                "/boards/demo.board XDG_CONFIG_HOME='" +
-                                folder + "/config' " OM_PROGRAM " -c ft2232 -f 30M erase " +
-                                setup_ + " -s 0-134 2> errors" + waitForErase;
-    const int status = std::system(command.c_str());
-    ASSERT_TRUE(WIFEXITED(status));
-    EXPECT_EQ(WEXITSTATUS(status), 130) << Errors();
-    EXPECT_TRUE(HasError("Erase operation was aborted by user.")) << Errors();
+    const std::string command = "cd '" + folder + "' && TERM=xterm XDG_CONFIG_HOME='" + folder +
+                                "/config' VIRTUALBOARD=test.board script -qec 'sh run' /dev/null "
+                                "> out < /dev/null";
+    ASSERT_EQ(std::system(command.c_str()), 0);
+    std::string text = ReadWholeFile(folder_.Path("out"));
+    const std::string end = "\rProgram operation completed and succesfully verified.\r\n";
+    ASSERT_TRUE(text.ends_with(end)) << text;
+    text.resize(text.size() - end.size());
+    EXPECT_EQ(text.find('\n'), std::string::npos) << text;
+    EXPECT_NE(text.find("\rErasing sector 2 of 3...  33%"), std::string::npos) << text;
+    std::istringstream lines(text);
+    for (std::string line; std::getline(lines, line, '\r');)
+        EXPECT_LT(line.size(), 30u) << line;
 }
 
 } // namespace
