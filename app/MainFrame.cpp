@@ -78,6 +78,22 @@ wxAuiToolBar* MakeToolBar(wxWindow* parent, long style, const BarMargins& margin
     return bar;
 }
 
+// The longest text of the program's own in the data caption.
+wxString GetLongestCaption() {
+    constexpr unsigned long long kLargestUsual = 16777216;
+    return _(" (data read from flash)") + wxString::Format(_(", %llu Bytes"), kLargestUsual);
+}
+
+// The box has a fixed width, so the font gives way.
+void MakeRoom(wxWindow& box, const wxString& text, int width) {
+    constexpr int kSmallestPoints = 8;
+    wxFont font = box.GetFont();
+    while (box.GetTextExtent(text).x > width && font.GetPointSize() > kSmallestPoints) {
+        font.SetPointSize(font.GetPointSize() - 1);
+        box.SetFont(font);
+    }
+}
+
 template <typename Action>
 void WithHistory(const char* path, Action action) {
     wxConfigBase* store = wxConfigBase::Get();
@@ -163,7 +179,9 @@ wxStaticText* OmMainFrame::MakeDataCaption(wxAuiToolBar* bar) {
     auto* caption = new wxStaticText(bar, wxID_ANY, " ", wxDefaultPosition, wxDefaultSize,
                                      wxST_NO_AUTORESIZE | wxST_ELLIPSIZE_MIDDLE);
     caption->SetBackgroundColour(wxSystemSettings::GetColour(wxSYS_COLOUR_WINDOW));
-    const wxSize size(FromDIP(kCaptionWidth), caption->GetBestSize().y + 2);
+    const int width = FromDIP(kCaptionWidth);
+    MakeRoom(*caption, GetLongestCaption(), width);
+    const wxSize size(width, caption->GetBestSize().y + 2);
     caption->SetMinSize(size);
     caption->SetMaxSize(size);
     caption->SetToolTip(_("Data for Programming"));

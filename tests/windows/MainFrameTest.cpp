@@ -28,6 +28,16 @@ TEST_F(MainWindowTest, DataFromTheFlashHasItsOwnCaption) {
     EXPECT_EQ(frame_->GetHexView().GetLineCount(), 1u);
 }
 
+// A file's name may be shortened, but not what the program itself says.
+TEST_F(MainWindowTest, CaptionHasRoomForItsOwnTexts) {
+    ReadFromFlash(0, std::vector<uint8_t>(16 << 20, 0xFF));
+    const wxStaticText& caption = *FindByClass<wxStaticText>(*frame_);
+    EXPECT_EQ(caption.GetLabel(), " (data read from flash), 16777216 Bytes");
+    EXPECT_LE(caption.GetTextExtent(caption.GetLabel()).x, 220);
+    EXPECT_EQ(caption.GetSize().x, 220);
+    TakeScreenshot(*frame_, "main-read");
+}
+
 TEST_F(MainWindowTest, ViewIsEmptyWhileTheFlashIsRead) {
     ReadFromFlash(0, std::vector<uint8_t>(1000, 0xFF));
     OmDataImage& image = frame_->BeginFlashData();
