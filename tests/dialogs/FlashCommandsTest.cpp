@@ -46,6 +46,26 @@ TEST_F(FlashCommandsTest, FailedConnectionStopsEveryCommandBeforeItsDialog) {
     }
 }
 
+TEST_F(FlashCommandsTest, JtagResetHandsThePinsBack) {
+    ChooseMenu(*frame_, kIdJtagReset); // needs no setup
+    EXPECT_EQ(cablesMade_, 1);
+    EXPECT_GT(target_.resets, 0);
+    const int before = target_.resets;
+    ChooseMenu(*frame_, kIdJtagReset);
+    EXPECT_EQ(cablesMade_, 1);
+    EXPECT_EQ(target_.resets, before + 1);
+    target_.callsUntilFailure = 0;
+    user_.Expect(L"The pod has gone.", kErrorBox);
+    ChooseMenu(*frame_, kIdJtagReset);
+    EXPECT_EQ(target_.cablesOpen, 0);
+}
+
+TEST_F(FlashCommandsTest, JtagResetWithoutAPodSaysSo) {
+    programmer_.createCable = [](OmConnectionSettings&) { return nullptr; };
+    user_.Expect(L"Failed to initialize a JTAG connection", kErrorBox);
+    ChooseMenu(*frame_, kIdJtagReset);
+}
+
 TEST_F(FlashCommandsTest, InfoShowsTheReport) {
     UseSetup(kCmdSetAmd);
     dialogs_.Expect("Flash Array Information", [](wxDialog& shown) {

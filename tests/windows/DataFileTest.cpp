@@ -154,6 +154,38 @@ TEST_F(DataFileTest, AFileBecomesRecentWhenItIsReplaced) {
     EXPECT_EQ(GetCaption(), " a.srec, 2 Bytes");
 }
 
+TEST_F(DataFileTest, RecentFileThatHasGoneChangesNothing) {
+    const wxString first = folder_.Write("a.srec", kSRecord);
+    Load(first);
+    Load(folder_.Write("b.srec", kSRecord));
+    wxRemoveFile(first);
+    OmDataImage scratch;
+    std::string error;
+    ASSERT_FALSE(ReadDataFile(first.ToStdString(), scratch, error));
+    user_.Expect(L"Failed to load data file '" + first.ToStdWstring() + L"'.\n" + FromLocal(error),
+                 kErrorBox);
+    ChooseMenu(*frame_, kIdFirstRecentData);
+    EXPECT_EQ(GetCaption(), " b.srec, 2 Bytes");
+    EXPECT_EQ(GetRecentFiles(kIdRecentData), Names{"a.srec"});
+}
+
+TEST_F(DataFileTest, CancelledDialogsChangeNothing) {
+    const wxString path = folder_.Write("a.srec", kSRecord);
+    Load(path);
+    Load("");
+    Save("", 1);
+    EXPECT_EQ(frame_->GetDataPath(), path);
+    EXPECT_EQ(GetRecentFiles(kIdRecentData), Names{});
+}
+
+TEST_F(DataFileTest, RecentCommandsAskAboutUnsavedData) {
+    Load(folder_.Write("a.srec", kSRecord));
+    ReadFromFlash(0, {1});
+    user_.Expect(kQuestion, kSaveQuestionBox, OmAnswer::Cancel);
+    ChooseMenu(*frame_, kIdFirstRecentData);
+    EXPECT_EQ(GetCaption(), " (data read from flash), 1 Bytes");
+}
+
 TEST_F(DataFileTest, RecentListHoldsNineFiles) {
     for (char name = 'a'; name <= 'k'; ++name)
         Load(folder_.Write(std::string(1, name), kSRecord));

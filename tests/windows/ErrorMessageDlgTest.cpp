@@ -5,6 +5,7 @@
 
 #include <gtest/gtest.h>
 #include <wx/statbmp.h>
+#include <wx/uiaction.h>
 #include <wx/wx.h>
 
 TEST(ErrorMessageDlg, ShowsPictureMessageAndDetails) {
@@ -35,6 +36,19 @@ TEST(ErrorMessageDlg, EnterInTheDetailsClosesIt) {
         auto& box = *FindByClass<wxTextCtrl>(shown);
         wxCommandEvent enter(wxEVT_TEXT_ENTER, box.GetId());
         box.GetEventHandler()->ProcessEvent(enter);
+    });
+    EXPECT_EQ(dialog.ShowModal(), wxID_CANCEL);
+}
+
+TEST(ErrorMessageDlg, RealEnterInTheDetailsClosesIt) {
+    OmErrorMessageDlg dialog(nullptr, "Error");
+    dialog.details = "chip.bsd, line 12: syntax error";
+    ModalSteps user;
+    user.Expect("Error", [](wxDialog& shown) {
+        PointAt(shown);
+        FindByClass<wxTextCtrl>(shown)->SetFocus();
+        SettleEvents();
+        wxUIActionSimulator().Char(WXK_RETURN);
     });
     EXPECT_EQ(dialog.ShowModal(), wxID_CANCEL);
 }

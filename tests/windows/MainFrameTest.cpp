@@ -1,5 +1,6 @@
 #include "app/CommandIds.h"
 #include "app/HexViewCtrl.h"
+#include "app/Product.h"
 #include "flash/FlashProgrammer.h"
 #include "tests/windows/MainWindow.h"
 
@@ -59,6 +60,31 @@ TEST_F(MainWindowTest, HexViewTakesTheFocusOnActivation) {
 TEST_F(MainWindowTest, HelpShowsTheWelcomeTopic) {
     ChooseMenu(*frame_, wxID_HELP);
     EXPECT_EQ(help_.topics, std::vector<wxString>{"welcome.htm"});
+}
+
+TEST_F(MainWindowTest, AboutTellsTheProductAndItsVersion) {
+    dialogs_.Expect("About Velmora Flash Programmer", [](wxDialog& shown) {
+        EXPECT_NE(FindByLabel(shown, "Velmora Flash Programmer"), nullptr);
+        EXPECT_NE(FindByLabel(shown, "Version 1.3.1, build 1525, Aug 13 2010"), nullptr);
+        PressButton(shown, wxID_OK);
+    });
+    ChooseMenu(*frame_, wxID_ABOUT);
+}
+
+// A browser of the test's own comes first on the path.
+TEST_F(MainWindowTest, WebsiteOpensInTheBrowser) {
+    const std::string asked = folder_.Path("asked");
+    const std::string browser =
+        folder_.Write("xdg-open", "#!/bin/sh\nprintf %s \"$1\" >'" + asked + "'\n");
+    std::filesystem::permissions(browser, std::filesystem::perms::owner_all);
+    const std::string path = std::getenv("PATH");
+    setenv("PATH", (folder_.path.string() + ":" + path).c_str(), 1);
+    ChooseMenu(*frame_, kIdWebsite);
+    EXPECT_TRUE(WaitFor([&] {
+        return std::filesystem::exists(asked) &&
+               ReadWholeFile(asked) == wxString(kWebsiteUrl).ToStdString();
+    }));
+    setenv("PATH", path.c_str(), 1);
 }
 
 TEST_F(MainWindowTest, HelpTopicsGoNowhereAfterTheWindow) {

@@ -172,6 +172,27 @@ TEST_F(SetupFileTest, RecentCommandLoadsItsFile) {
     EXPECT_EQ(frame_->GetSetupPath(), first);
 }
 
+TEST_F(SetupFileTest, RecentFileThatHasGoneChangesNothing) {
+    const wxString first = folder_.Path("first.velflash");
+    const wxString second = folder_.Path("second.velflash");
+    SaveAs(first);
+    SaveAs(second);
+    wxRemoveFile(first);
+    ExpectFailure(L"load", first);
+    ChooseMenu(*frame_, kIdFirstRecentSetup);
+    EXPECT_EQ(frame_->GetSetupPath(), second);
+    EXPECT_EQ(GetRecentFiles(kIdRecentSetups), Names{"first.velflash"});
+}
+
+TEST_F(SetupFileTest, CancelledSaveDialogChangesNothing) {
+    frame_->MarkSetupModified();
+    SaveAs("");
+    EXPECT_EQ(frame_->GetTitle(), "Untitled* - Velmora Flash Programmer");
+    files_.ExpectSave("Save Setup File", kSaveSetupFilter, "");
+    ChooseMenu(*frame_, wxID_SAVE);
+    EXPECT_EQ(frame_->GetTitle(), "Untitled* - Velmora Flash Programmer");
+}
+
 TEST_F(SetupFileTest, RecentCommandBeyondTheListIsIgnored) {
     wxCommandEvent event(wxEVT_MENU, kIdLastRecentSetup);
     frame_->GetEventHandler()->ProcessEvent(event);
