@@ -93,7 +93,7 @@ void OmApp::SetProcessOptions() {
     LoadTranslations();
     SetVendorName(kVendorName);
     SetAppName(kProductName);
-    OpenSettingsStore();
+    OpenSettingsStore(OmStoreAccess::ReadAndWrite);
     wxSystemOptions::SetOption("msw.notebook.themed-background", 0);
     wxSystemOptions::SetOption("msw.remap",
                                ChooseBitmapRemapping(GetCommonControlsVersion(), wxDisplayDepth()));

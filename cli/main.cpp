@@ -8,6 +8,7 @@
 #include <cstdlib>
 #include <wx/app.h>
 #include <wx/init.h>
+#include <wx/log.h>
 #include <wx/uilocale.h>
 
 namespace {
@@ -33,10 +34,11 @@ int main(int argc, char** argv) {
         std::fputs("velflash-cli: the toolkit does not start\n", stderr);
         return kExitFailed;
     }
+    wxLog::DisableTimestamp();
     UseUserLocale();
     wxAppConsole::GetInstance()->SetVendorName(kVendorName);
     wxAppConsole::GetInstance()->SetAppName(kProductName);
-    OpenSettingsStore();
+    OpenSettingsStore(OmStoreAccess::Read);
     const int exitCode = RunCli(argc, argv);
     CloseSettingsStore();
     return exitCode;

@@ -36,7 +36,7 @@ class ComplaintsToStandardError {
 
 } // namespace
 
-void OpenSettingsStore() {
+void OpenSettingsStore([[maybe_unused]] OmStoreAccess access) {
     const ComplaintsToStandardError complaints;
     const wxAppConsole& names = *wxAppConsole::GetInstance();
 #ifdef __WXMSW__
@@ -46,7 +46,7 @@ void OpenSettingsStore() {
     // Private to the user, as the XDG base directory specification asks; the toolkit does not make
     // the folder. Without it the settings simply do not outlive the run.
     const wxString folder = wxStandardPaths::Get().GetUserConfigDir();
-    if (!wxFileName::DirExists(folder))
+    if (access == OmStoreAccess::ReadAndWrite && !wxFileName::DirExists(folder))
         wxFileName::Mkdir(folder, wxS_IRUSR | wxS_IWUSR | wxS_IXUSR, wxPATH_MKDIR_FULL);
     auto store =
         std::make_unique<wxFileConfig>(names.GetAppName(), names.GetVendorName(), wxEmptyString,

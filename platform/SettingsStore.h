@@ -3,9 +3,12 @@
 // error and otherwise as good as missing.
 #pragma once
 
+// Who only reads leaves no folder where there was none.
+enum class OmStoreAccess { Read, ReadAndWrite };
+
 // Makes the store of this program the current wxConfigBase. The toolkit must be running, and the
 // application and vendor names must be set before.
-void OpenSettingsStore();
+void OpenSettingsStore(OmStoreAccess access);
 
 // Writes the store out and leaves none current.
 void CloseSettingsStore();

@@ -7,8 +7,7 @@
 
 // The empty text is the key of a catalogue's own header.
 std::wstring Translated(const char* english) {
-    return *english ? wxGetTranslation(wxString::FromUTF8(english)).ToStdWstring()
-                    : std::wstring();
+    return *english ? wxGetTranslation(wxString::FromUTF8(english)).ToStdWstring() : std::wstring();
 }
 
 std::wstring TranslatedPlural(const char* one, const char* many, unsigned count) {

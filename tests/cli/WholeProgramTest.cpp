@@ -244,6 +244,16 @@ TEST_F(WholeProgram, SettingsOfTheStoreHoldWithoutOptionsAndStayAsTheyAre) {
     EXPECT_EQ(ReadWholeFile(folder_.Path("config/Velmora Flash Programmer.conf")), store);
 }
 
+// Who only looks at the settings makes no folder for them.
+TEST_F(WholeProgram, StoreThatIsNotThereIsNotMade) {
+    EXPECT_EQ(RunOnPod("chain > out"), 0);
+    EXPECT_EQ(Errors(), "");
+    EXPECT_FALSE(std::filesystem::exists(folder_.path / "config"));
+    environment_ = "XDG_CONFIG_HOME=/dev/null/config ";
+    EXPECT_EQ(RunOnPod("chain > out"), 0);
+    EXPECT_EQ(Errors(), "");
+}
+
 TEST_F(WholeProgram, BsdlReportGoesToStandardOutput) {
     EXPECT_EQ(Run("bsdl " OM_DEMO_BSDL " > out"), 0) << Errors();
     EXPECT_EQ(ReadWholeFile(folder_.Path("out")).substr(0, 28), "Device name: VELDEMO_PMU20\n\n");

@@ -99,12 +99,12 @@ TEST_F(GermanWindowTest, MenusAreInGerman) {
     for (size_t index = 0; index < GetBar().GetMenuCount(); ++index)
         titles.push_back(Utf8(GetBar().GetMenuLabel(index)));
     EXPECT_EQ(titles, (Texts{"&Datei", "&Ansicht", "&Setup", "A&ktionen", "&Hilfe"}));
-    EXPECT_EQ(LabelsOf(*GetBar().GetMenu(0)),
-              (Texts{"&Neues Setup", "Setup &laden...", "Setup &speichern",
-                     "Setup speichern &unter...", "---", "D&atendatei laden...\tCtrl+O",
-                     "Da&ten speichern unter...\tCtrl+S", "---",
-                     "Zuletzt &verwendete Setup-Dateien", "Zuletzt verwendete &Datendateien", "---",
-                     "&Beenden"}));
+    EXPECT_EQ(
+        LabelsOf(*GetBar().GetMenu(0)),
+        (Texts{"&Neues Setup", "Setup &laden...", "Setup &speichern", "Setup speichern &unter...",
+               "---", "D&atendatei laden...\tCtrl+O", "Da&ten speichern unter...\tCtrl+S", "---",
+               "Zuletzt &verwendete Setup-Dateien", "Zuletzt verwendete &Datendateien", "---",
+               "&Beenden"}));
     EXPECT_EQ(LabelsOf(*GetBar().GetMenu(3)),
               (Texts{"&Info...\tF5", "&Lesen...\tCtrl+R", "Lö&schen...\tCtrl+E", "Lee&rprüfung...",
                      "&Programmieren...\tCtrl+P", "Ü&berprüfen...", "---", "I&ntel-spezifisch",

@@ -48,8 +48,8 @@ std::string WriteCatalogue(const Catalogue& texts) {
     constexpr size_t kHeaderSize = 28;
     const size_t tableSize = 8 * texts.size();
     std::string bytes;
-    for (const size_t number : std::initializer_list<size_t>{
-             kMagic, 0, texts.size(), kHeaderSize, kHeaderSize + tableSize, 0, 0})
+    for (const size_t number : std::initializer_list<size_t>{kMagic, 0, texts.size(), kHeaderSize,
+                                                             kHeaderSize + tableSize, 0, 0})
         AppendNumber(bytes, number);
     std::string tables[2];
     std::string pool;
