@@ -19,6 +19,7 @@ namespace {
 void UseUserLocale() {
     wxUILocale::UseDefault();
 #ifndef _WIN32
+    std::setlocale(LC_MESSAGES, "C"); // the system's reasons in the language of all other messages
     if (MB_CUR_MAX == 1)
         std::setlocale(LC_CTYPE, "C.UTF-8");
 #endif

@@ -44,8 +44,8 @@ class WholeProgram : public ::testing::Test {
         const std::string command =
             "cd '" + folder + "' && { " + before_ + "XDG_CONFIG_HOME='" + folder +
             "/config' VIRTUALBOARD=test.board VIRTUALBOARD_FLASH_DUMP='" + folder +
-            "/flash.bin' VIRTUALBOARD_STATS='" + folder + "/stats.json' " + environment_ +
-            OM_PROGRAM + " " + line + " 2> errors " + after_ + "\n}";
+            "/flash.bin' VIRTUALBOARD_STATS='" + folder + "/stats.json' LC_ALL=C.UTF-8 " +
+            environment_ + OM_PROGRAM + " " + line + " 2> errors " + after_ + "\n}";
         const int status = std::system(command.c_str());
         return WIFEXITED(status) ? WEXITSTATUS(status) : -1;
     }
@@ -295,6 +295,12 @@ TEST_F(WholeProgram, NamesMayHoldBlanksAndLettersOfAnyLanguage) {
         EXPECT_EQ(Run("check '\303\266 \342\230\203.velflash'"), 1);
         EXPECT_TRUE(HasError("'\303\266 \342\230\203.velflash'")) << Errors();
     }
+}
+
+TEST_F(WholeProgram, SystemsReasonsAreInTheLanguageOfTheProgram) {
+    environment_ = "LANGUAGE=de "; // shows where the system has German messages
+    EXPECT_EQ(Run("check missing.velflash"), 1);
+    EXPECT_TRUE(HasError("\nNo such file or directory.")) << Errors();
 }
 
 TEST_F(WholeProgram, ReaderWhoHasSeenEnoughGetsNoMessage) {
