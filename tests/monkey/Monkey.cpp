@@ -47,7 +47,7 @@ struct Monkey::Deed {
 
 std::vector<Monkey::Deed> Monkey::MakeDeeds() {
     return {
-        {"chooses from a menu", 40, &Monkey::ChooseFromMenu},
+        {"chooses from a menu", 50, &Monkey::ChooseFromMenu},
         {"clicks a tool", 10, &Monkey::ClickTool},
         {"presses an accelerator", 6, &Monkey::PressAccelerator},
         {"presses keys", 6, &Monkey::PressKeys},
@@ -56,9 +56,9 @@ std::vector<Monkey::Deed> Monkey::MakeDeeds() {
         {"clicks the view", 2, &Monkey::ClickView},
         {"resizes the window", 3, &Monkey::Resize},
         {"modifies the setup", 2, &Monkey::MarkModified},
-        {"loads files", 6, &Monkey::LoadFiles},
-        {"replaces the board", 3, &Monkey::ReplaceBoard},
-        {"describes the board", 6, &Monkey::DescribeBoard},
+        {"loads files", 12, &Monkey::LoadFiles},
+        {"replaces the board", 6, &Monkey::ReplaceBoard},
+        {"describes the board", 10, &Monkey::DescribeBoard},
         {"describes the board wrongly", 2, &Monkey::DescribeWrongly},
         {"breaks the board", 2, &Monkey::BreakBoard},
         {"edits sectors", 2, &Monkey::EditSectors},
@@ -81,7 +81,7 @@ Monkey::Monkey(uint64_t seed, Journal& journal)
 Monkey::~Monkey() {
     visitor_.SetFrame(nullptr);
     delete frame_.get();
-    SettleEvents();
+    RunEvents();
 }
 
 void Monkey::OpenWindow() {
@@ -89,13 +89,13 @@ void Monkey::OpenWindow() {
     frame_->Show();
     frame_->Raise();
     visitor_.SetFrame(frame_);
-    SettleEvents();
+    RunEvents();
 }
 
 void Monkey::OpenWindowAgainIfClosed() {
     if (!frame_ || frame_->IsBeingDeleted()) {
         visitor_.SetFrame(nullptr);
-        SettleEvents();
+        RunEvents();
         EXPECT_FALSE(frame_) << "a closed window is still there";
         OpenWindow();
     }
@@ -116,7 +116,7 @@ void Monkey::Step() {
         chosen -= deed->weight;
     journal_.Note(std::to_string(step_) + " " + deed->name);
     (this->*deed->act)();
-    SettleEvents();
+    RunEvents();
     OpenWindowAgainIfClosed();
     ExpectHealthy(*frame_);
     EXPECT_FALSE(visitor_.IsBusy());
@@ -138,7 +138,9 @@ void Monkey::ChooseFromMenu() {
     static constexpr int kFirst[] = {
         wxID_NEW,   wxID_OPEN,           wxID_SAVE,          wxID_SAVEAS,           wxID_HELP,
         wxID_ABOUT, kIdFirstRecentSetup, kIdFirstRecentData, kIdFirstRecentData + 1};
-    const int id = dice_.OneIn(3) ? dice_.Pick(kFirst) : dice_.Between(kIdLoadData, kIdWebsite);
+    const int id = dice_.OneIn(3)   ? dice_.Pick(kFirst)
+                   : dice_.OneIn(2) ? dice_.Between(kIdInfo, kIdUnlockSectors)
+                                    : dice_.Between(kIdLoadData, kIdWebsite);
     frame_->UpdateWindowUI();
     frame_->GetMenuBar()->UpdateMenus();
     const wxMenuItem* item = frame_->GetMenuBar()->FindItem(id);
@@ -186,11 +188,11 @@ void Monkey::PressKeys() {
         const int key = dice_.Pick(kKeys);
         journal_.Note("    key " + std::to_string(key));
         keyboard.Char(key, key < 128 && dice_.OneIn(2) ? wxMOD_ALT : wxMOD_NONE);
-        SettleEvents();
+        RunEvents();
     }
     for (int i = 0; i < 4; ++i) {
         keyboard.Char(WXK_ESCAPE);
-        SettleEvents();
+        RunEvents();
     }
 }
 

@@ -12,8 +12,9 @@
 
 namespace {
 
-constexpr int kPatience = 4;        // rounds in a dialog that refuses its input
-constexpr unsigned kLongWork = 300; // reports of progress, after which it is aborted
+constexpr int kPatience = 4;              // rounds in a dialog that refuses its input
+constexpr unsigned kLongWork = 300;       // reports of progress, after which it is aborted
+constexpr unsigned kDisturbanceOdds = 12; // one report of progress in so many
 
 OmProgressDlg* FindProgress() {
     for (wxWindow* window : wxTopLevelWindows) {
@@ -132,7 +133,7 @@ void Visitor::WorkOn(wxDialog& dialog) {
             return;
     journal_.Note("    gives up");
     Cancel(dialog);
-    SettleEvents();
+    RunEvents();
     if (alive && alive->IsModal()) {
         ADD_FAILURE() << "the dialog \"" << dialog.GetTitle() << "\" cannot be cancelled";
         alive->EndModal(wxID_CANCEL);
@@ -146,7 +147,7 @@ bool Visitor::WorkOnce(wxDialog& dialog) {
         const std::string deed = PlayWithSomeControl(dialog, dice_);
         if (!deed.empty())
             journal_.Note("    " + deed);
-        SettleEvents();
+        RunEvents();
         if (!alive || !alive->IsModal())
             return false;
     }
@@ -155,7 +156,7 @@ bool Visitor::WorkOnce(wxDialog& dialog) {
     if (!alive || !alive->IsModal())
         return false;
     journal_.Note("    " + TryToEnd(dialog, dice_));
-    SettleEvents();
+    RunEvents();
     return alive != nullptr;
 }
 
@@ -175,7 +176,7 @@ void Visitor::ReachForFrame() {
         journal_.Note("    tries command " + std::to_string(command.GetId()));
         frame_->GetEventHandler()->ProcessEvent(command);
     }
-    SettleEvents();
+    RunEvents();
     mustNotCome_ = false;
     EXPECT_TRUE(frame_->IsShown());
     EXPECT_FALSE(frame_->IsBeingDeleted());
@@ -188,7 +189,7 @@ void Visitor::WatchProgress() {
         return;
     }
     const bool tooLong = ++looks_ > kLongWork;
-    if (tooLong || dice_.OneIn(40))
+    if (tooLong || dice_.OneIn(kDisturbanceOdds))
         dialog->CallAfter([this, dialog, tooLong] {
             if (tooLong)
                 dialog->Close();

@@ -42,6 +42,17 @@ void SettleEvents() {
     }
 }
 
+void RunEvents() {
+    wxEventLoopBase& loop = *wxEventLoopBase::GetActive();
+    for (int round = 0; round < 3; ++round) {
+        while (loop.Pending())
+            loop.Dispatch();
+        wxTheApp->ProcessPendingEvents();
+        while (loop.ProcessIdle())
+            ;
+    }
+}
+
 bool IsMenuEnabled(wxFrame& frame, int id) {
     frame.UpdateWindowUI();
     frame.GetMenuBar()->UpdateMenus();

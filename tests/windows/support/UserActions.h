@@ -15,6 +15,10 @@ bool WaitFor(const std::function<bool()>& predicate, int milliseconds = 2000);
 // Runs the event loop until nothing is pending, idle events included.
 void SettleEvents();
 
+// The same as the program's main loop does it: a command that a key or a click starts here can let
+// events run in its turn, as flash work does to be aborted.
+void RunEvents();
+
 // Chooses a menu command; fails the test if there is none with this id or if it is disabled.
 void ChooseMenu(wxFrame& frame, int id);
 
