@@ -6,6 +6,7 @@
 
 #include <chrono>
 #include <condition_variable>
+#include <fstream>
 #include <functional>
 #include <gtest/gtest.h>
 #include <mutex>
@@ -237,6 +238,18 @@ TEST_F(BsdlFinder, LinksThatLeadBackAreNotFollowedForEver) {
     for (const char* link : {"sub/one", "sub/two", "three"})
         std::filesystem::create_directory_symlink(folder.path, folder.path / link);
     EXPECT_EQ(Collector::Count(Search(), OM_EVT_BSDL_FILE), 1u);
+}
+
+// Folders that came from another system hold names that are no text here.
+TEST_F(BsdlFinder, NamesThatAreNoTextDoNotEndTheSearch) {
+    MakeFolder("caf\xE9");
+    std::ofstream(folder.path / "caf\xE9" / "inner.bsd") << SampleSource();
+    std::ofstream(folder.path / "na\xEFve.bsd") << SampleSource();
+    const std::string path = Write("plain.bsd");
+    const Events events = Search();
+    EXPECT_EQ(std::ranges::count(events, Found(path)), 1);
+    EXPECT_EQ(Collector::Count(events, OM_EVT_BSDL_LOG), 1u) << "the other file cannot be opened";
+    EXPECT_EQ(events.back(), Completed());
 }
 
 TEST_F(BsdlFinder, LogsADirectoryThatCannotBeOpened) {
