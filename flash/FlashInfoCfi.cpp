@@ -152,14 +152,13 @@ std::wstring GetCfiRowLabel(size_t row) {
 }
 
 // The extended tables bound the query structure: what lies behind their beginning is not part of
-// it, whatever was read there. The command set codes precede every table.
+// it, whatever was read there. The command set codes precede every table that counts as one.
 std::vector<std::wstring> FormatCfiRows(const OmCfiBuffer& cfi) {
     const uint32_t end = GetCfiTableEnd(cfi);
     std::vector<std::wstring> texts;
     for (const CfiRow& row : kRows) {
         const size_t last = LastByte(cfi, row);
-        const bool fits = row.index <= 8 || last + kQueryBase < end;
-        if (last >= cfi.size() || !fits)
+        if (last >= cfi.size() || last + kQueryBase >= end)
             break;
         texts.push_back(row.format(cfi, row));
     }

@@ -308,3 +308,24 @@ TEST(BoardProgramming, WordsBehindABatchThatFailedArrive) {
         EXPECT_EQ(bench.Violations(), "");
     }
 }
+
+// The same of a write buffer: those behind the first batch arrive.
+TEST(BoardProgramming, BuffersBehindABatchThatFailedArrive) {
+    constexpr uint32_t kSectorBytes = 0x10000;
+    constexpr uint32_t kBad = 0x40;    // two buffers in the sector that fails
+    constexpr ptrdiff_t kLost = 0x160; // the batch that they go out in
+    BoardBench bench(vb::BoardBuilder().Flash("amd16-64m").Line("fault program-fails F1 2"),
+                     1000000);
+    const uint32_t start = kStart + kSectorBytes - kBad;
+    std::vector<uint8_t> bytes; // none of them is the reset command
+    for (int i = 0; i < 0x2000; ++i)
+        bytes.push_back(static_cast<uint8_t>(i % 0x7B));
+    OmDataImage image;
+    image.SetBytes(start, bytes);
+    RecordingProgress progress;
+    int wait = 0;
+    uint32_t count = 0;
+    EXPECT_EQ(AmdProgramBuffers(bench.bus, progress, image, 16, wait, count), OmFlashResult::Done);
+    const std::vector<uint8_t> contents = bench.Contents(start, 0x2000);
+    EXPECT_TRUE(std::equal(contents.begin() + kLost, contents.end(), bytes.begin() + kLost));
+}

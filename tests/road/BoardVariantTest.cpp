@@ -167,6 +167,9 @@ TEST(Board, InfoReadsTheChipsTable) {
     const RecordingUserInterface user;
     Road road(vb::BoardBuilder().Chips(2).Set("buffer", "64").Set("sectors", "8x8K,127x64K"));
     ASSERT_TRUE(road.programmer.Prepare(kPrepareFlashCommands));
+    road.programmer.commandSet = OmCommandSet::IntelStandard; // what was known is found anew
+    road.programmer.sectors.groups = {{1, 128}};
+    road.programmer.sectorsValid = true;
     std::wstring html;
     ASSERT_TRUE(road.programmer.GetFlashInfo(html));
     for (const wchar_t* part :
@@ -180,4 +183,6 @@ TEST(Board, InfoReadsTheChipsTable) {
             << std::string(part, part + std::wcslen(part));
     EXPECT_EQ(road.programmer.commandSet, OmCommandSet::AmdBuffered);
     EXPECT_TRUE(road.programmer.sectorsValid);
+    EXPECT_EQ(road.programmer.sectors.groups,
+              (std::vector<OmSectorGroup>{{8, 8192}, {127, 65536}}));
 }
