@@ -8,6 +8,7 @@
 #include <condition_variable>
 #include <fstream>
 #include <functional>
+#include <gmock/gmock.h>
 #include <gtest/gtest.h>
 #include <mutex>
 #include <set>
@@ -221,6 +222,25 @@ TEST_F(BsdlFinder, SearchesFilesBeforeFoldersAndFoldersToAnyDepth) {
                                 Completed()}));
 }
 
+TEST_F(BsdlFinder, GoesToTheBottomOfAFolderBeforeItTakesTheNext) {
+    Events either;
+    Events other;
+    for (const char* name : {"a", "b"}) {
+        const std::string sub = name;
+        MakeFolder(sub);
+        MakeFolder(sub + "/deep");
+        const std::string file = Write(sub + "/sub.bsd");
+        const std::string deep = Write(sub + "/deep/deep.bsd");
+        const Events both{
+            {OM_EVT_BSDL_FILE, file}, Found(file), {OM_EVT_BSDL_FILE, deep}, Found(deep)};
+        either.insert(either.end(), both.begin(), both.end());
+        other.insert(other.begin(), both.begin(), both.end());
+    }
+    either.push_back(Completed());
+    other.push_back(Completed());
+    EXPECT_THAT(Search(), testing::AnyOf(either, other)); // as the system lists them
+}
+
 TEST_F(BsdlFinder, SearchesDirectoriesInOrderEvenTwice) {
     const std::string path = Write("chip.bsd");
     const std::string directory = folder.path.string();
@@ -262,14 +282,22 @@ TEST_F(BsdlFinder, LogsADirectoryThatCannotBeOpened) {
                       Completed()}));
 }
 
-TEST_F(BsdlFinder, LogsAFolderThatVanishesDuringTheSearch) {
-    const std::string sub = MakeFolder("sub");
+TEST_F(BsdlFinder, LogsEachFolderThatVanishesDuringTheSearch) {
+    const std::string subs[] = {MakeFolder("one"), MakeFolder("two")};
     const std::string path = Write("chip.bsd");
-    collector.onEvent = [&sub](const Events&) { std::filesystem::remove(sub); };
-    EXPECT_EQ(Search(), (Events{{OM_EVT_BSDL_FILE, path},
-                                Found(path),
-                                {OM_EVT_BSDL_LOG, "Cannot open directory '" + sub + "'\n"},
-                                Completed()}));
+    collector.onEvent = [&subs](const Events&) {
+        for (const std::string& sub : subs)
+            std::filesystem::remove(sub);
+    };
+    const Events events = Search();
+    ASSERT_EQ(events.size(), 5u);
+    EXPECT_EQ(events[0], (Event{OM_EVT_BSDL_FILE, path}));
+    EXPECT_EQ(events[1], Found(path));
+    for (const std::string& sub : subs)
+        EXPECT_EQ(std::ranges::count(
+                      events, Event{OM_EVT_BSDL_LOG, "Cannot open directory '" + sub + "'\n"}),
+                  1);
+    EXPECT_EQ(events[4], Completed());
 }
 
 TEST_F(BsdlFinder, WithNothingToSearchCompletesAtOnce) {

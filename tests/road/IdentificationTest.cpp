@@ -158,6 +158,14 @@ void HoldTheIdentifiers(Builder& builder) {
             .Line(std::string("poke ") + chip + " 0x1 0x227E");
 }
 
+// In a narrower mode the second place is two words on.
+void HoldTheShiftedIdentifiers(Builder& builder) {
+    builder.Set("cfi", "none").Set("width", "8").Set("shift", "1");
+    for (const char* chip : {"F1", "F2"})
+        builder.Line(std::string("poke ") + chip + " 0x0 0x01")
+            .Line(std::string("poke ") + chip + " 0x2 0x7E");
+}
+
 void BeDead(Builder& builder) {
     builder.Line("fault dead F1").Line("fault dead F2");
     for (int bit = 0; bit < 32; ++bit)
@@ -209,6 +217,13 @@ const Oddity kOddities[] = {
     {"ManufacturerZeroIsNoAnswer", NameNoManufacturer, Set::Unknown, 0, false, kUnidentified, {}},
     {"ContentsThatEqualTheIdentifiers",
      HoldTheIdentifiers,
+     Set::Unknown,
+     0,
+     false,
+     kUnidentified,
+     {}},
+    {"ContentsThatEqualTheShiftedIdentifiers",
+     HoldTheShiftedIdentifiers,
      Set::Unknown,
      0,
      false,
