@@ -25,6 +25,14 @@ OmProgressDlg* FindProgress() {
     return nullptr;
 }
 
+// Every button can be reached.
+void ExpectToFitOnTheScreen(const wxDialog& dialog) {
+    const wxSize screen = wxGetDisplaySize();
+    const wxSize size = dialog.GetBestSize();
+    EXPECT_LE(size.x, screen.x) << dialog.GetTitle();
+    EXPECT_LE(size.y, screen.y) << dialog.GetTitle();
+}
+
 OmAnswer SomeAnswer(OmButtons buttons, Dice& dice) {
     static constexpr OmAnswer kYesNo[] = {OmAnswer::Yes, OmAnswer::Yes, OmAnswer::No};
     static constexpr OmAnswer kYesNoCancel[] = {OmAnswer::Yes, OmAnswer::No, OmAnswer::Cancel};
@@ -128,6 +136,7 @@ void Visitor::Exit(wxDialog* dialog) {
 
 void Visitor::WorkOn(wxDialog& dialog) {
     const wxWeakRef<wxDialog> alive(&dialog);
+    ExpectToFitOnTheScreen(dialog);
     for (int round = 0; round < kPatience; ++round)
         if (!WorkOnce(dialog) || !alive || !alive->IsModal())
             return;
