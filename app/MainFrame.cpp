@@ -181,7 +181,8 @@ wxStaticText* OmMainFrame::MakeDataCaption(wxAuiToolBar* bar) {
     caption->SetBackgroundColour(wxSystemSettings::GetColour(wxSYS_COLOUR_WINDOW));
     const int width = FromDIP(kCaptionWidth);
     MakeRoom(*caption, GetLongestCaption(), width);
-    const wxSize size(width, caption->GetBestSize().y + 2);
+    // The text's own height: GTK tells that of a label in a new font only when it is shown.
+    const wxSize size(width, caption->GetTextExtent(" ").y + 2);
     caption->SetMinSize(size);
     caption->SetMaxSize(size);
     caption->SetToolTip(_("Data for Programming"));

@@ -36,6 +36,7 @@ TEST_F(MainWindowTest, CaptionHasRoomForItsOwnTexts) {
     EXPECT_EQ(caption.GetLabel(), " (data read from flash), 16777216 Bytes");
     EXPECT_LE(caption.GetTextExtent(caption.GetLabel()).x, 220);
     EXPECT_EQ(caption.GetSize().x, 220);
+    EXPECT_EQ(caption.GetSize().y, caption.GetTextExtent(caption.GetLabel()).y + 2);
     TakeScreenshot(*frame_, "main-read");
 }
 
