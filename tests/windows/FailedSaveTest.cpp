@@ -3,6 +3,7 @@
 #include "app/CommandIds.h"
 #include "flash/FlashProgrammer.h"
 #include "platform/Text.h"
+#include "tests/support/WithPermissions.h"
 #include "tests/windows/MainWindow.h"
 
 #include <csignal>
@@ -10,7 +11,6 @@
 #include <functional>
 #include <memory>
 #include <sys/resource.h>
-#include <unistd.h>
 
 namespace {
 
@@ -41,33 +41,6 @@ class FullDisk {
     rlimit before_{};
 };
 
-// Permissions do not bind root, so root becomes nobody meanwhile.
-class ReadOnly {
-  public:
-    ReadOnly(fs::path path, fs::perms permissions)
-        : path_(std::move(path)), before_(fs::status(path_).permissions()) {
-        fs::permissions(path_, permissions);
-        if (getuid() == 0) {
-            EXPECT_EQ(seteuid(kNobody), 0);
-        }
-    }
-
-    ~ReadOnly() {
-        if (getuid() == 0) {
-            EXPECT_EQ(seteuid(0), 0);
-        }
-        fs::permissions(path_, before_);
-    }
-
-    ReadOnly(const ReadOnly&) = delete;
-    ReadOnly& operator=(const ReadOnly&) = delete;
-
-  private:
-    static constexpr uid_t kNobody = 65534;
-    fs::path path_;
-    fs::perms before_;
-};
-
 class FailedSaveTest : public MainWindowTest {
   protected:
     FailedSaveTest() {
@@ -87,7 +60,7 @@ class FailedSaveTest : public MainWindowTest {
         ExpectOldFilesOnly();
         {
             SCOPED_TRACE("read-only folder");
-            const ReadOnly folder(drive_, fs::perms(0555));
+            const WithPermissions folder(drive_, fs::perms(0555));
             save();
         }
         ExpectOldFilesOnly();
@@ -198,7 +171,7 @@ TEST_F(FailedSaveTest, OfRawDataInParts) {
 TEST_F(FailedSaveTest, OntoAFileThatMustNotBeWritten) {
     ReadFromFlash(0, {1, 2, 3});
     WriteOldFile("data");
-    const ReadOnly file(OnDrive("data"), fs::perms(0444));
+    const WithPermissions file(OnDrive("data"), fs::perms(0444));
     for (const int filter : {0, 1, 2}) {
         files_.ExpectSave("Save Data File", kSaveDataFilter, OnDrive("data"), filter);
         ExpectFailure("Failed to save '", OnDrive("data"));

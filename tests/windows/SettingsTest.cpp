@@ -1,4 +1,5 @@
 // The program with settings that are damaged, or that cannot be read or written.
+#include "tests/support/WithPermissions.h"
 #include "tests/windows/StartUp.h"
 #include "tests/windows/support/UserActions.h"
 
@@ -81,6 +82,21 @@ TEST_F(Settings, ThatAreUnusableNeitherStopTheProgramNorBringABox) {
         EXPECT_EQ(boxes.texts, "");
         setenv("XDG_CONFIG_HOME", folder_.path.c_str(), 1);
     }
+}
+
+TEST_F(Settings, ThatMustNotBeReadOrWrittenAreTheDefaults) {
+    fs::permissions(folder_.path, fs::perms::all); // for nobody
+    WriteSettings("x=30\ny=40\nw=800\nh=600\n");
+    const BoxCounter boxes;
+    {
+        fs::permissions(folder_.path / kSettingsFile, fs::perms::none);
+        const WithPermissions folder(folder_.path, fs::perms(0555));
+        EXPECT_EQ(Start({}).GetSize(), wxSize(670, 680));
+        Stop();
+    }
+    EXPECT_EQ(boxes.texts, "");
+    fs::permissions(folder_.path / kSettingsFile, fs::perms::owner_read);
+    EXPECT_EQ(ReadWholeFile(folder_.Path(kSettingsFile)), "x=30\ny=40\nw=800\nh=600\n");
 }
 
 // $HOME is not merely unset: the toolkit would then find the real one of whoever runs the tests.
