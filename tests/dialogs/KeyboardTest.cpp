@@ -3,6 +3,7 @@
 #include "app/WxUserInterface.h"
 #include "tests/dialogs/FlashCommandsFixture.h"
 
+#include <set>
 #include <wx/uiaction.h>
 
 namespace {
@@ -43,6 +44,29 @@ wxString TextsOf(wxDialog& dialog) {
             texts += window.GetLabel() + "\n";
     });
     return texts;
+}
+
+// The letter that chooses an entry; 0 without one.
+wxChar MnemonicOf(const wxString& label) {
+    wxString rest = label;
+    rest.Replace("&&", "");
+    const int mark = rest.Find('&');
+    return mark == wxNOT_FOUND ? wxChar(0) : wxChar(wxToupper(rest[static_cast<size_t>(mark) + 1]));
+}
+
+// Each command of a menu, and of its submenus, has a letter of its own. The recent files are
+// numbered.
+void ExpectMnemonics(const wxMenu& menu) {
+    std::set<wxChar> letters;
+    for (const wxMenuItem* item : menu.GetMenuItems()) {
+        if (item->IsSeparator())
+            continue;
+        const wxChar letter = MnemonicOf(item->GetItemLabel());
+        EXPECT_NE(letter, 0) << item->GetItemLabel();
+        EXPECT_TRUE(letters.insert(letter).second) << item->GetItemLabel();
+        if (item->IsSubMenu())
+            ExpectMnemonics(*item->GetSubMenu());
+    }
 }
 
 class KeyboardTest : public FlashCommandsTest {
@@ -160,6 +184,16 @@ TEST_F(KeyboardTest, TabVisitsTheProgramDialogFromTopToBottom) {
     });
     PressInFrame({Control('P')});
     EXPECT_EQ(target_.chips[0].erased.size(), 0u);
+}
+
+TEST_F(KeyboardTest, EveryMenuCommandHasALetterOfItsOwn) {
+    const wxMenuBar& bar = *frame_->GetMenuBar();
+    std::set<wxChar> letters;
+    for (size_t i = 0; i < bar.GetMenuCount(); ++i) {
+        EXPECT_TRUE(letters.insert(MnemonicOf(bar.GetMenuLabel(i))).second) << bar.GetMenuLabel(i);
+        ExpectMnemonics(*bar.GetMenu(i));
+    }
+    EXPECT_EQ(letters, (std::set<wxChar>{'F', 'V', 'S', 'A', 'H'}));
 }
 
 TEST_F(KeyboardTest, EscapeAbortsTheWork) {
