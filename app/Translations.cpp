@@ -3,6 +3,7 @@
 #include "platform/Paths.h"
 #include "platform/Translation.h"
 
+#include <memory>
 #include <mutex>
 #include <wx/log.h>
 #include <wx/translation.h>
@@ -36,8 +37,9 @@ void LoadTranslations(const wxString& language) {
     const wxLogNull silence;
     static std::once_flag named;
     std::call_once(named, NameFolders);
-    auto* translations = new wxTranslations; // owned by the toolkit from the next line on
-    wxTranslations::Set(translations);
+    auto owned = std::make_unique<wxTranslations>();
+    wxTranslations* const translations = owned.get();
+    wxTranslations::Set(owned.release());
     const wxString chosen = language.empty() ? ChooseAvailable(*translations) : language;
     if (chosen.empty())
         return;

@@ -91,7 +91,7 @@ bool OmFileReplacement::Answer() const {
 }
 
 bool OmFileReplacement::Write(std::string_view text) {
-    if (error_ == 0)
+    if (error_ == 0 && !text.empty()) // an empty text has no place, which fwrite wants
         Note(std::fwrite(text.data(), 1, text.size(), stream_) == text.size());
     return Answer();
 }

@@ -133,6 +133,11 @@ TEST_F(FileReplacement, DeviceIsWrittenDirectly) {
 }
 #endif
 
+TEST_F(FileReplacement, NothingCanBeWrittenToo) {
+    EXPECT_TRUE(Replace("file", {}));
+    EXPECT_EQ(ReadWholeFile(folder_.Path("file")), "");
+}
+
 TEST_F(FileReplacement, ErrnoTellsWhatFailed) {
     struct {
         fs::path target;
