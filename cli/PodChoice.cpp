@@ -26,6 +26,7 @@ Pods ListD2xxPods() {
     std::vector<Record> records;
     cable.ListDevices(records);
     std::vector<Pod> pods;
+    pods.reserve(records.size());
     for (const Record& record : records)
         pods.push_back({record.description, record.serial});
     return pods;
