@@ -15,6 +15,13 @@ constexpr char kDomain[] = "velflash";
 // Beside the program as it is built and on Windows, and where a Unix installation keeps catalogues.
 constexpr const char* kFolders[] = {"/locale", "/../share/locale"};
 
+// What the toolkit says in windows of the program. Its own catalogue is a package that may be
+// missing; the program's has these texts too, and the toolkit finds them there.
+[[maybe_unused]] constexpr const char* kToolkitTexts[] = {
+    wxTRANSLATE("&Yes"),    wxTRANSLATE("&No"),     wxTRANSLATE("< &Back"),
+    wxTRANSLATE("&Next >"), wxTRANSLATE("&Finish"),
+};
+
 void NameFolders() {
     for (const char* folder : kFolders)
         wxFileTranslationsLoader::AddCatalogLookupPathPrefix(wxString(GetProgramDirectory()) +

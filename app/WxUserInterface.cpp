@@ -3,7 +3,6 @@
 #include "app/BoxText.h"
 
 #include <wx/app.h>
-#include <wx/intl.h>
 #include <wx/msgdlg.h>
 #include <wx/utils.h>
 
@@ -46,30 +45,11 @@ wxWindow* FindBoxParent() {
     return parent ? wxGetTopLevelParent(parent) : wxTheApp->GetTopWindow();
 }
 
-// The toolkit's own labels come from catalogues that may be missing where the program's is not.
-void NameButtons(HostMessageDialog& box, OmButtons buttons) {
-    switch (buttons) {
-    case OmButtons::Ok:
-        box.SetOKLabel(_("&OK"));
-        break;
-    case OmButtons::OkCancel:
-        box.SetOKCancelLabels(_("&OK"), _("&Cancel"));
-        break;
-    case OmButtons::YesNo:
-        box.SetYesNoLabels(_("&Yes"), _("&No"));
-        break;
-    case OmButtons::YesNoCancel:
-        box.SetYesNoCancelLabels(_("&Yes"), _("&No"), _("&Cancel"));
-        break;
-    }
-}
-
 } // namespace
 
 OmAnswer WxUserInterface::ShowMessage(const std::wstring& text, const std::wstring& caption,
                                       OmMessageStyle style) {
     HostMessageDialog box(FindBoxParent(), FitIntoBox(text), caption, ToToolkitStyle(style));
-    NameButtons(box, style.buttons);
     return FromButton(box.ShowModal(), style);
 }
 

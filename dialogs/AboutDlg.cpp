@@ -17,7 +17,7 @@ OmAboutDlg::OmAboutDlg(wxWindow* parent) : wxDialog(parent, wxID_ANY, _("About")
     pictureSizer->Add(new wxStaticBitmap(panel, wxID_ANY, GetAboutPicture()));
     panel->SetSizer(pictureSizer);
     auto* column = new wxBoxSizer(wxVERTICAL);
-    column->Add(panel);
+    column->Add(panel, wxSizerFlags().CentreHorizontal()); // texts may be wider than the picture
     column->Add(new wxStaticLine(this), wxSizerFlags().Expand().DoubleBorder(wxBOTTOM));
     name_ = AddLine(column, _("name"));
     name_->SetFont(name_->GetFont().MakeLarger().MakeBold());

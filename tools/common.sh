@@ -14,7 +14,7 @@ die() {
 build_packages=(g++ cmake ninja-build ccache pkg-config flex bison gettext libwxgtk3.2-dev libcli11-dev
     libgtest-dev libgmock-dev libbenchmark-dev)
 test_packages=(srecord binutils xvfb xauth openbox xdotool x11-utils fonts-liberation
-    fonts-dejavu-core adwaita-icon-theme imagemagick)
+    fonts-dejavu-core adwaita-icon-theme imagemagick locales)
 
 missing_packages() {
     local package

@@ -68,6 +68,11 @@ void ExpectUniqueMnemonics(wxWindow& dialog) {
     });
 }
 
+std::string Describe(const wxWindow& window) {
+    return "\"" + window.GetLabel().ToStdString() + "\" (" +
+           wxString(window.GetClassInfo()->GetClassName()).ToStdString() + ")";
+}
+
 void ExpectRoom(wxWindow& window) {
     const wxSize best = window.GetBestSize();
     const wxSize size = window.GetSize();
@@ -75,9 +80,20 @@ void ExpectRoom(wxWindow& window) {
     EXPECT_GE(size.y, best.y) << window.GetLabel().ToStdString() << " is clipped";
 }
 
+// The toolkit's own parts of a control keep rules of their own.
+void ExpectInsideParent(const wxWindow& window) {
+    const wxWindow& parent = *window.GetParent();
+    if (dynamic_cast<const wxControl*>(&parent) && !dynamic_cast<const wxStaticBox*>(&parent))
+        return;
+    const wxSize room = parent.GetClientSize();
+    EXPECT_LE(window.GetRect().GetRight(), room.x) << Describe(window) << " reaches beyond";
+    EXPECT_LE(window.GetRect().GetBottom(), room.y) << Describe(window) << " reaches beyond";
+}
+
 bool ShowsWholeLabel(wxWindow& window) {
     return dynamic_cast<wxStaticText*>(&window) || dynamic_cast<wxAnyButton*>(&window) ||
-           dynamic_cast<wxCheckBox*>(&window) || dynamic_cast<wxRadioButton*>(&window);
+           dynamic_cast<wxCheckBox*>(&window) || dynamic_cast<wxRadioButton*>(&window) ||
+           dynamic_cast<wxHyperlinkCtrl*>(&window);
 }
 
 } // namespace
@@ -159,7 +175,10 @@ bool IsEnabled(wxWindow& dialog, const wxString& label) {
 void ExpectGoodLayout(wxWindow& dialog) {
     ExpectUniqueMnemonics(dialog);
     ForEachDescendant(dialog, [](wxWindow& window) {
-        if (window.IsShownOnScreen() && ShowsWholeLabel(window))
+        if (!window.IsShownOnScreen())
+            return;
+        ExpectInsideParent(window);
+        if (ShowsWholeLabel(window))
             ExpectRoom(window);
     });
 }

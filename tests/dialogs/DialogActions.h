@@ -49,6 +49,6 @@ void SelectRow(wxListCtrl& list, long row, bool select = true);
 
 bool IsEnabled(wxWindow& dialog, const wxString& label);
 
-// Every label of the dialog has room for all that it shows, and no two controls answer to the
-// same mnemonic.
+// Every control stands inside its parent, every label has room for all that it shows, and no two
+// controls answer to the same mnemonic.
 void ExpectGoodLayout(wxWindow& dialog);

@@ -19,6 +19,7 @@
 #include "tests/dialogs/BsdlFixture.h"
 #include "tests/jtag/FakeLibrary.h"
 #include "tests/jtag/FakePortDriver.h"
+#include "tests/support/GermanLocale.h"
 #include "tests/windows/support/Languages.h"
 
 namespace {
@@ -129,6 +130,7 @@ TEST_F(EveryDialogTest, IsLaidOutWellHasTheFocusAndClosesOnEscape) {
 }
 
 TEST_F(EveryDialogTest, IsLaidOutWellInGerman) {
+    const GermanLocale machine; // names the buttons that the toolkit names itself
     const InLanguage german("de");
     ShowEach([this](wxDialog& shown) {
         ExpectGoodLayout(shown);

@@ -168,6 +168,17 @@ TEST_F(Program, WindowClosedMaximizedComesBackAtTheDefaults) {
     EXPECT_NE(settings.find("Maximized=1\n"), std::string::npos) << settings;
 }
 
+TEST_F(Program, SpeaksTheLanguageOfItsUser) {
+    setenv("LANGUAGE", "de", 1);
+    {
+        Process program({GetProgram()});
+        EXPECT_TRUE(WaitForWindow("^Unbenannt - Velmora Flash Programmer$"));
+        CloseWithKey("^Unbenannt - Velmora Flash Programmer$", "alt+F4");
+        EXPECT_EQ(program.Wait(), 0);
+    }
+    setenv("LANGUAGE", "", 1);
+}
+
 TEST_F(Program, SettingsThatCannotBeWrittenBringNoBox) {
     std::filesystem::create_directories(folder_.path / kSettingsFile / "inside");
     Process program({GetProgram()});

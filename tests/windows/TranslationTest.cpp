@@ -9,6 +9,7 @@
 #include <set>
 #include <wx/aui/auibar.h>
 #include <wx/translation.h>
+#include <wx/wizard.h>
 
 namespace {
 
@@ -82,14 +83,9 @@ class GermanWindowTest : public MainWindowTest {
     InLanguage german_;
 };
 
-// The end of the visible part of the tools of a bar, in its own pixels.
-int EndOfTools(const wxAuiToolBar& bar) {
-    int end = 0;
-    for (size_t index = 0; index < bar.GetToolCount(); ++index) {
-        const wxRect place = bar.GetToolRect(bar.FindToolByIndex(static_cast<int>(index))->GetId());
-        end = std::max(end, place.GetRight());
-    }
-    return end;
+// With no tool cut off.
+bool ShowsEveryTool(const wxAuiToolBar& bar) {
+    return bar.GetToolBarFits();
 }
 
 } // namespace
@@ -159,12 +155,27 @@ TEST(Translation, ButtonsOfABoxAreInTheLanguageOfItsText) {
     EXPECT_EQ(userInterface.ShowMessage(L"Text", L"Frage", kSaveQuestionBox), OmAnswer::Cancel);
 }
 
-TEST_F(MainWindowTest, ToolsFitTheWindowInALanguageOfLongTexts) {
+TEST(Translation, ButtonsOfAWizardAreInTheLanguageOfItsPages) {
+    const InLanguage german("de");
+    wxWizard wizard(nullptr, wxID_ANY, "Assistent");
+    EXPECT_NE(FindByLabel(wizard, "&Weiter >"), nullptr);
+    EXPECT_NE(FindByLabel(wizard, "< &Zurück"), nullptr);
+}
+
+TEST_F(GermanWindowTest, EveryToolFitsTheWindowAsItFirstOpens) {
+    frame_->SetSize(670, 680);
+    SettleEvents();
+    TakeScreenshot(*frame_, "de-main-first");
+    EXPECT_TRUE(ShowsEveryTool(GetToolBar(0)));
+    EXPECT_TRUE(ShowsEveryTool(GetToolBar(1)));
+}
+
+TEST_F(MainWindowTest, KeepsItsSizeInALanguageOfLongTexts) {
     const WithLongTexts longTexts;
     CloseWindow();
     OpenWindow();
     EXPECT_EQ(frame_->GetSize(), wxSize(800, 600));
-    EXPECT_LE(EndOfTools(GetToolBar(1)), frame_->GetClientSize().x);
+    EXPECT_TRUE(ShowsEveryTool(GetToolBar(1)));
     TakeScreenshot(*frame_, "long-main");
 }
 
