@@ -1,5 +1,7 @@
 #include "jtag/FrequencyText.h"
 
+#include <charconv>
+#include <iterator>
 #include <wx/string.h>
 
 namespace {
@@ -9,11 +11,16 @@ constexpr double kMegahertz = 1000000;
 
 } // namespace
 
-// A decimal point in every locale: the texts are compared with those of fixed lists.
+// A decimal point in every locale: the texts are compared with those of fixed lists. The toolkit
+// knows only of a locale that it has set itself.
 std::wstring FormatFrequency(int32_t hertz) {
+    constexpr int kDigits = 6;
     const bool isLow = hertz < kMegahertz;
-    const wxString number = wxString::FromCDouble(hertz / (isLow ? kKilohertz : kMegahertz));
-    return (number + (isLow ? " KHz" : " MHz")).ToStdWstring();
+    char number[32];
+    const std::to_chars_result end = std::to_chars(std::begin(number), std::end(number),
+                                                   hertz / (isLow ? kKilohertz : kMegahertz),
+                                                   std::chars_format::general, kDigits);
+    return std::wstring(number, end.ptr) + (isLow ? L" KHz" : L" MHz");
 }
 
 int32_t ParseFrequency(const std::wstring& text, int32_t lowest, int32_t highest) {
