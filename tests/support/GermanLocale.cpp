@@ -1,5 +1,7 @@
 #include "tests/support/GermanLocale.h"
 
+#include "tests/support/TemporaryFolder.h"
+
 #include <clocale>
 #include <cstdlib>
 #include <gtest/gtest.h>
@@ -8,12 +10,19 @@ namespace {
 
 constexpr char kName[] = "de_DE.UTF-8";
 
+// Once in a process: it takes a second.
+const TemporaryFolder& GetLocales() {
+    static const TemporaryFolder folder;
+    static const int failed =
+        std::system(("localedef -i de_DE -f UTF-8 '" + folder.Path(kName) + "'").c_str());
+    EXPECT_EQ(failed, 0) << "localedef has not made the locale";
+    return folder;
+}
+
 } // namespace
 
 GermanLocale::GermanLocale() : previous_(std::setlocale(LC_ALL, nullptr)) {
-    const std::string make = "localedef -i de_DE -f UTF-8 '" + folder_.Path(kName) + "'";
-    EXPECT_EQ(std::system(make.c_str()), 0) << make;
-    Set("LOCPATH", folder_.path.string());
+    Set("LOCPATH", GetLocales().path.string());
     Set("LC_ALL", kName);
     Set("LANGUAGE", "de");
     EXPECT_NE(std::setlocale(LC_ALL, ""), nullptr);

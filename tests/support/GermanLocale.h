@@ -3,8 +3,6 @@
 // have it installed. Programs that the test starts are in it too.
 #pragma once
 
-#include "tests/support/TemporaryFolder.h"
-
 #include <string>
 #include <utility>
 #include <vector>
@@ -19,7 +17,6 @@ class GermanLocale {
   private:
     void Set(const char* variable, const std::string& value);
 
-    TemporaryFolder folder_;
     std::string previous_;
     std::vector<std::pair<std::string, std::string>> variables_; // as they were
 };

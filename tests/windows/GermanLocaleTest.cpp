@@ -1,4 +1,5 @@
 // A German machine: the texts change with the language, numbers and files do not.
+#include "tests/support/GermanLocale.h"
 #include "bsdl/BsdlData.h"
 #include "bsdl/BsdlReport.h"
 #include "data/DataFiles.h"
@@ -8,7 +9,6 @@
 #include "jtag/FrequencyText.h"
 #include "platform/Text.h"
 #include "setup/SetupFile.h"
-#include "tests/support/GermanLocale.h"
 #include "tests/windows/MainWindow.h"
 #include "tests/windows/support/Languages.h"
 
@@ -48,8 +48,7 @@ TEST_F(GermanMachine, FilesAreTheSameAsEverywhere) {
     const uint8_t bytes[] = {0x11, 0x22};
     image.SetBytes(0x1000, bytes);
     ASSERT_TRUE(WriteSRecordFile(folder_.Path("a.srec"), image));
-    EXPECT_EQ(ReadWholeFile(folder_.Path("a.srec")),
-              "S0030000FC\nS10510001122B7\nS9030000FC\n");
+    EXPECT_EQ(ReadWholeFile(folder_.Path("a.srec")), "S0030000FC\nS10510001122B7\nS9030000FC\n");
     ASSERT_TRUE(WriteIntelHexFile(folder_.Path("a.hex"), image));
     EXPECT_EQ(ReadWholeFile(folder_.Path("a.hex")), ":021000001122BB\n:00000001FF\n");
     ASSERT_TRUE(SaveSetupXml({}, FromLocal(folder_.Path("a.velflash"))));
