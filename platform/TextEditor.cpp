@@ -10,6 +10,8 @@ bool OpenInTextEditor(const std::wstring& path) {
     const wchar_t* editor = L"xdg-open";
 #endif
     const wxLogNull quiet; // a missing editor is reported by the caller
-    const wchar_t* const arguments[] = {editor, path.c_str(), nullptr};
+    // A relative name such as "-rf.bsd" would be taken for an option.
+    const std::wstring name = path.starts_with(L'-') ? L"./" + path : path;
+    const wchar_t* const arguments[] = {editor, name.c_str(), nullptr};
     return wxExecute(const_cast<wchar_t**>(arguments), wxEXEC_ASYNC) > 0;
 }

@@ -300,3 +300,18 @@ TEST_F(AbsurdInputTest, FileIsViewedUnderAnyName) {
         EXPECT_EQ(dialog.ShowModal(), wxID_CANCEL);
     }
 }
+
+TEST_F(AbsurdInputTest, RelativeNameWithADashIsNoOptionOfTheEditor) {
+    folder_.Write("-rf.bsd", "entity");
+    const std::filesystem::path previous = std::filesystem::current_path();
+    std::filesystem::current_path(folder_.path);
+    OmBsdlFileDlg dialog(nullptr);
+    user_.Expect("BSDL File", [&](wxDialog& shown) {
+        FindByClass<wxTextCtrl>(shown)->SetValue("-rf.bsd");
+        PressButton(shown, "View &File...");
+        EXPECT_EQ(GetViewedFile(), "./-rf.bsd");
+        PressButton(shown, wxID_CANCEL);
+    });
+    EXPECT_EQ(dialog.ShowModal(), wxID_CANCEL);
+    std::filesystem::current_path(previous);
+}
