@@ -48,6 +48,7 @@ void LoadTranslations(const wxString& language) {
     wxTranslations* const translations = owned.get();
     wxTranslations::Set(owned.release());
     const wxString chosen = language.empty() ? ChooseAvailable(*translations) : language;
+    // NOLINTNEXTLINE(clang-analyzer-cplusplus.NewDeleteLeaks): the toolkit keeps what is set
     if (chosen.empty())
         return;
     translations->SetLanguage(chosen);

@@ -82,7 +82,7 @@ struct SectorOutcome {
     }
 };
 
-SectorOutcome RunOverSectors(OmProgressCallback& callback, OmSectorWork work,
+SectorOutcome RunOverSectors(OmProgressCallback& callback, const OmSectorWork& work,
                              const SectorTexts& texts,
                              const std::function<OmFlashResult(uint32_t offset)>& action) {
     SectorOutcome outcome;

@@ -54,6 +54,7 @@ void OpenSettingsStore([[maybe_unused]] OmStoreAccess access) {
 #endif
     // A path may hold a dollar sign.
     store->SetExpandEnvVars(false);
+    // NOLINTNEXTLINE(clang-analyzer-cplusplus.NewDeleteLeaks): the toolkit keeps what is set
     delete wxConfigBase::Set(store.release());
 }
 
