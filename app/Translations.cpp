@@ -48,9 +48,8 @@ void LoadTranslations(const wxString& language) {
     wxTranslations* const translations = owned.get();
     wxTranslations::Set(owned.release());
     const wxString chosen = language.empty() ? ChooseAvailable(*translations) : language;
-    // NOLINTNEXTLINE(clang-analyzer-cplusplus.NewDeleteLeaks): the toolkit keeps what is set
     if (chosen.empty())
-        return;
+        return; // NOLINT(clang-analyzer-cplusplus.NewDeleteLeaks): the toolkit keeps what is set
     translations->SetLanguage(chosen);
     translations->AddStdCatalog();
     translations->AddCatalog(kDomain);
