@@ -112,17 +112,22 @@ void PressKey(wxWindow& window, int keyCode) {
     window.GetEventHandler()->ProcessEvent(event);
 }
 
-void TakeScreenshot(wxWindow& window, const std::string& name) {
-    const char* folder = std::getenv("OM_SCREENSHOTS");
-    if (!folder)
-        return;
+bool SaveScreenshot(wxWindow& window, const wxString& path) {
     SettleEvents();
     window.Update();
     std::this_thread::sleep_for(std::chrono::milliseconds(100));
     SettleEvents();
+    const int scale = static_cast<int>(window.GetContentScaleFactor());
     const wxRect area = window.GetScreenRect();
-    const wxString command =
-        wxString::Format("import -silent -window root -crop %dx%d+%d+%d +repage '%s/%s.png'",
-                         area.width, area.height, area.x, area.y, folder, name);
-    EXPECT_EQ(std::system(command.utf8_str()), 0) << command.ToStdString();
+    const wxString command = wxString::Format(
+        "import -silent -window root -crop %dx%d+%d+%d +repage '%s'", scale * area.width,
+        scale * area.height, scale * area.x, scale * area.y, path);
+    return std::system(command.utf8_str()) == 0;
+}
+
+void TakeScreenshot(wxWindow& window, const std::string& name) {
+    const char* folder = std::getenv("OM_SCREENSHOTS");
+    if (!folder)
+        return;
+    EXPECT_TRUE(SaveScreenshot(window, wxString(folder) + "/" + name + ".png"));
 }

@@ -1,9 +1,11 @@
 #include "tests/windows/support/VirtualDisplay.h"
 
+#include <algorithm>
 #include <array>
 #include <csignal>
 #include <cstdio>
 #include <cstdlib>
+#include <fstream>
 #include <string>
 #include <sys/prctl.h>
 #include <sys/wait.h>
@@ -17,13 +19,19 @@ namespace {
     std::exit(EXIT_FAILURE);
 }
 
+// As much room for windows at every scale.
+std::string ScreenMode() {
+    const int scale = std::max(std::atoi(getenv("GDK_SCALE")), 1);
+    return std::to_string(1280 * scale) + "x" + std::to_string(1024 * scale) + "x24";
+}
+
 [[noreturn]] void BecomeServer(int reportTo) {
     prctl(PR_SET_PDEATHSIG, SIGKILL); // a crashed test must not leave its display behind
     // Two servers that start at once try the same number; the loser says so and takes the next.
     if (!std::freopen("/dev/null", "w", stderr))
         _exit(127);
     const std::string descriptor = std::to_string(reportTo);
-    execlp("Xvfb", "Xvfb", "-displayfd", descriptor.c_str(), "-screen", "0", "1280x1024x24",
+    execlp("Xvfb", "Xvfb", "-displayfd", descriptor.c_str(), "-screen", "0", ScreenMode().c_str(),
            "-nolisten", "tcp", "-noreset", static_cast<char*>(nullptr));
     _exit(127);
 }
@@ -72,6 +80,16 @@ void VirtualDisplay::PrepareEnvironment() {
         std::filesystem::permissions(folder, std::filesystem::perms::owner_all);
         setenv(name, folder.c_str(), 1);
     }
+    SwitchAnimationsOff();
+}
+
+// A picture shows a state, not the way to it.
+void VirtualDisplay::SwitchAnimationsOff() const {
+    const std::filesystem::path folder = home_.path / "XDG_CONFIG_HOME" / "gtk-3.0";
+    std::filesystem::create_directories(folder);
+    std::ofstream(folder / "settings.ini") << "[Settings]\n"
+                                              "gtk-enable-animations=false\n"
+                                              "gtk-cursor-blink=false\n";
 }
 
 void VirtualDisplay::StartServer() {

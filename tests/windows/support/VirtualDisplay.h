@@ -15,6 +15,7 @@ class VirtualDisplay {
 
   private:
     void PrepareEnvironment();
+    void SwitchAnimationsOff() const;
     void StartServer();
 
     TemporaryFolder home_;
