@@ -1,6 +1,7 @@
 #include "app/ErrorMessageDlg.h"
 
 #include "app/Icons.h"
+#include "dialogs/DialogLayout.h"
 
 #include <wx/button.h>
 #include <wx/sizer.h>
@@ -45,6 +46,7 @@ wxSizer* OmErrorMessageDlg::BuildMessageRow() {
 wxTextCtrl* OmErrorMessageDlg::BuildDetailsBox() {
     auto* box = new wxTextCtrl(this, wxID_ANY, "", wxDefaultPosition, FromDIP(kDetailsSize),
                                wxTE_MULTILINE | wxTE_READONLY | wxTE_PROCESS_ENTER);
+    IndentText(*box);
     box->SetValidator(wxGenericValidator(&details));
     box->SetBackgroundColour(GetBackgroundColour());
     box->Bind(wxEVT_TEXT_ENTER, [this](wxCommandEvent&) {

@@ -2,14 +2,11 @@
 
 #include <wx/hyperlink.h>
 #include <wx/radiobut.h>
-#include <wx/statbox.h>
 
 OmBlankCheckDlg::OmBlankCheckDlg(wxWindow* parent) : wxDialog(parent, wxID_ANY, _("Blank Check")) {
     auto* column = new wxBoxSizer(wxVERTICAL);
-    wxStaticBoxSizer* group = AddGroup(this, column, "");
-    wxStaticBox* box = group->GetStaticBox();
-    BuildDataControls(box, group);
-    BuildPieceControls(box, group);
+    BuildDataControls(this, column);
+    BuildPieceControls(this, column);
     LayOutDialog(this, column, MakeOkCancelRow(this, _("&Blank Check")));
     for (wxRadioButton* radio : {dataRadio_, pieceRadio_})
         radio->Bind(wxEVT_RADIOBUTTON, [this](wxCommandEvent&) { UpdateEnabled(); });

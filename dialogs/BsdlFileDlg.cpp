@@ -10,7 +10,6 @@
 #include <wx/config.h>
 #include <wx/filename.h>
 #include <wx/listbox.h>
-#include <wx/statbox.h>
 #include <wx/stattext.h>
 #include <wx/textctrl.h>
 #include <wx/tokenzr.h>
@@ -39,21 +38,20 @@ OmBsdlFileDlg::OmBsdlFileDlg(wxWindow* parent)
 }
 
 void OmBsdlFileDlg::BuildSearchGroup(wxSizer* column) {
-    wxStaticBoxSizer* group =
+    const auto [box, rows] =
         AddGroup(this, column, _("Search for BSDL files matching the device IDCODE ..."));
-    wxStaticBox* box = group->GetStaticBox();
-    group->Add(new wxStaticText(box, wxID_ANY, _("Directories in which to search for BSDL files:")),
-               RowFlags());
+    rows->Add(new wxStaticText(box, wxID_ANY, _("Directories in which to search for BSDL files:")),
+              RowFlags());
     folders_ = new wxListBox(box, wxID_ANY);
     folders_->SetMinSize(MeasureText(*folders_, kListColumns, kListRows));
     folders_->Bind(wxEVT_LISTBOX, [this](wxCommandEvent&) { UpdateEnabled(); });
     auto* row = new wxBoxSizer(wxHORIZONTAL);
     row->Add(folders_, wxSizerFlags(1).Expand());
     row->Add(BuildFolderButtons(box), wxSizerFlags().Border(wxLEFT));
-    group->Add(row, RowFlags(1));
+    rows->Add(row, RowFlags(1));
     auto* searchRow = new wxBoxSizer(wxHORIZONTAL);
     AddButton(box, searchRow, _("&Search"), &OmBsdlFileDlg::Search);
-    group->Add(searchRow, RowFlags());
+    rows->Add(searchRow, RowFlags());
 }
 
 wxSizer* OmBsdlFileDlg::BuildFolderButtons(wxWindow* parent) {
@@ -67,25 +65,23 @@ wxSizer* OmBsdlFileDlg::BuildFolderButtons(wxWindow* parent) {
 }
 
 void OmBsdlFileDlg::BuildFileGroup(wxSizer* column) {
-    auto* group =
-        new wxStaticBoxSizer(wxVERTICAL, this, _("... or manually specify the BSDL file"));
-    column->Add(group, RowFlags());
-    wxStaticBox* box = group->GetStaticBox();
+    const auto [box, rows] = AddGroup(this, column, _("... or manually specify the BSDL file"), 0);
     nameBox_ = new wxTextCtrl(box, wxID_ANY);
     nameBox_->Bind(wxEVT_TEXT, [this](wxCommandEvent&) { UpdateEnabled(); });
-    group->Add(nameBox_, RowFlags());
+    rows->Add(nameBox_, RowFlags());
     auto* row = new wxBoxSizer(wxHORIZONTAL);
     AddButton(box, row, _("&Browse..."), &OmBsdlFileDlg::Browse);
     verify_ = AddButton(box, row, _("&Verify..."), &OmBsdlFileDlg::Verify);
     view_ = AddButton(box, row, _("View &File..."), &OmBsdlFileDlg::ViewTypedFile);
-    group->Add(row, RowFlags());
+    rows->Add(row, RowFlags());
 }
 
-wxButton* OmBsdlFileDlg::AddButton(wxWindow* parent, wxSizer* sizer, const wxString& label,
+wxButton* OmBsdlFileDlg::AddButton(wxWindow* parent, wxBoxSizer* sizer, const wxString& label,
                                    Action action) {
     auto* button = new wxButton(parent, wxID_ANY, label);
     button->Bind(wxEVT_BUTTON, [this, action](wxCommandEvent&) { (this->*action)(); });
-    sizer->Add(button, wxSizerFlags().Expand().Border(wxRIGHT | wxBOTTOM));
+    const int next = sizer->GetOrientation() == wxVERTICAL ? wxBOTTOM : wxRIGHT;
+    sizer->Add(button, wxSizerFlags().Expand().Border(next));
     return button;
 }
 

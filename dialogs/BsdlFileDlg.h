@@ -26,7 +26,7 @@ class OmBsdlFileDlg : public wxDialog {
     void BuildSearchGroup(wxSizer* column);
     wxSizer* BuildFolderButtons(wxWindow* parent);
     void BuildFileGroup(wxSizer* column);
-    wxButton* AddButton(wxWindow* parent, wxSizer* sizer, const wxString& label, Action action);
+    wxButton* AddButton(wxWindow* parent, wxBoxSizer* sizer, const wxString& label, Action action);
 
     // The list of folders, kept in the settings.
     void LoadFolders();

@@ -11,7 +11,6 @@
 
 #include <wx/button.h>
 #include <wx/filename.h>
-#include <wx/statbox.h>
 #include <wx/stattext.h>
 #include <wx/textctrl.h>
 
@@ -46,16 +45,14 @@ OmBsdlInfoDlg::OmBsdlInfoDlg(wxWindow* parent) : wxDialog(parent, wxID_ANY, _("B
 
 void OmBsdlInfoDlg::BuildControls() {
     auto* column = new wxBoxSizer(wxVERTICAL);
-    wxStaticBoxSizer* group = AddGroup(this, column, "");
-    wxStaticBox* box = group->GetStaticBox();
-    fileText_ = MakeReadOnlyLine(box, kFileTextWidth);
-    group->Add(fileText_, RowFlags());
+    fileText_ = MakeReadOnlyLine(this, kFileTextWidth);
+    column->Add(fileText_, RowFlags());
     auto* buttons = new wxBoxSizer(wxHORIZONTAL);
-    replaceButton_ = new wxButton(box, wxID_ANY, _("&Update / Replace BSDL file..."));
-    viewButton_ = new wxButton(box, wxID_ANY, _("&View imported data"));
+    replaceButton_ = new wxButton(this, wxID_ANY, _("&Update / Replace BSDL file..."));
+    viewButton_ = new wxButton(this, wxID_ANY, _("&View imported data"));
     buttons->Add(replaceButton_, wxSizerFlags().Border(wxRIGHT));
     buttons->Add(viewButton_);
-    group->Add(buttons, RowFlags());
+    column->Add(buttons, RowFlags());
     column->Add(new wxStaticText(
                     this, wxID_ANY,
                     _("NOTE: Upon assigning a BSDL file for the device, all the required data is\n"

@@ -4,8 +4,10 @@
 #include "dialogs/DialogLayout.h"
 #include "dialogs/TextViewerDlg.h"
 
+#include <algorithm>
 #include <wx/button.h>
 #include <wx/listctrl.h>
+#include <wx/panel.h>
 #include <wx/stattext.h>
 
 namespace {
@@ -20,8 +22,8 @@ struct Column {
 
 constexpr Column kColumns[] = {
     {wxTRANSLATE("BSDL File"), 40},
-    {wxTRANSLATE("Entity"), 16},
-    {wxTRANSLATE("Package(s)"), 16},
+    {wxTRANSLATE("Entity"), 22},
+    {wxTRANSLATE("Package(s)"), 14},
     {wxTRANSLATE("IDCODE"), 34},
 };
 
@@ -60,16 +62,18 @@ void OmBsdlSearchDlg::BuildControls() {
     currentFile_ = new wxStaticText(this, wxID_ANY, "", wxDefaultPosition, wxDefaultSize,
                                     wxST_NO_AUTORESIZE | wxST_ELLIPSIZE_START);
     column->Add(currentFile_, RowFlags());
-    list_ = BuildList();
-    column->Add(list_, RowFlags(1));
+    wxPanel* frame = MakeFrame(this);
+    list_ = BuildList(frame);
+    FillFrame(frame, list_);
+    column->Add(frame, RowFlags(1));
     column->Add(BuildButtons(), RowFlags());
     LayOutDialog(this, column, MakeOkCancelRow(this, _("&OK")));
     ok_ = static_cast<wxButton*>(FindWindow(wxID_OK));
 }
 
-wxListCtrl* OmBsdlSearchDlg::BuildList() {
-    auto* list = new wxListCtrl(this, wxID_ANY, wxDefaultPosition, wxDefaultSize,
-                                wxLC_REPORT | wxLC_SINGLE_SEL | wxBORDER_THEME);
+wxListCtrl* OmBsdlSearchDlg::BuildList(wxWindow* parent) {
+    auto* list = new wxListCtrl(parent, wxID_ANY, wxDefaultPosition, wxDefaultSize,
+                                wxLC_REPORT | wxLC_SINGLE_SEL | wxBORDER_NONE);
     unsigned characters = 0;
     for (const Column& column : kColumns) {
         list->AppendColumn(wxGetTranslation(column.title), wxLIST_FORMAT_LEFT,
@@ -100,6 +104,7 @@ void OmBsdlSearchDlg::BindEvents() {
     stop_->Bind(wxEVT_BUTTON, [this](wxCommandEvent&) { Stop(); });
     errors_->Bind(wxEVT_BUTTON, [this](wxCommandEvent&) { ShowErrors(); });
     view_->Bind(wxEVT_BUTTON, [this](wxCommandEvent&) { ViewSelectedFile(); });
+    list_->Bind(wxEVT_SIZE, &OmBsdlSearchDlg::OnListSize, this);
     list_->Bind(wxEVT_LIST_ITEM_SELECTED, [this](wxListEvent&) { UpdateEnabled(); });
     list_->Bind(wxEVT_LIST_ITEM_DESELECTED, [this](wxListEvent&) { UpdateEnabled(); });
     list_->Bind(wxEVT_LIST_ITEM_ACTIVATED, [this](wxListEvent&) { PressOk(); });
@@ -109,6 +114,16 @@ void OmBsdlSearchDlg::OnFirstIdle(wxIdleEvent& event) {
     event.Skip();
     Unbind(wxEVT_IDLE, &OmBsdlSearchDlg::OnFirstIdle, this);
     finder_.StartSearch();
+}
+
+// The paths get whatever room there is.
+void OmBsdlSearchDlg::OnListSize(wxSizeEvent& event) {
+    event.Skip();
+    int rest = list_->GetClientSize().x;
+    for (size_t column = 1; column < std::size(kColumns); ++column)
+        rest -= list_->GetColumnWidth(static_cast<int>(column));
+    const int least = MeasureText(*list_, kColumns[0].characters, 1).x;
+    list_->SetColumnWidth(0, std::max(rest, least));
 }
 
 void OmBsdlSearchDlg::EndModal(int returnCode) {

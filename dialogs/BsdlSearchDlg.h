@@ -26,10 +26,11 @@ class OmBsdlSearchDlg : public wxDialog {
 
   private:
     void BuildControls();
-    wxListCtrl* BuildList();
+    wxListCtrl* BuildList(wxWindow* parent);
     wxSizer* BuildButtons();
     void BindEvents();
 
+    void OnListSize(wxSizeEvent& event);
     void OnFirstIdle(wxIdleEvent& event);
     void OnFile(wxCommandEvent& event);
     void OnFound(wxCommandEvent& event);

@@ -5,6 +5,7 @@
 #include <initializer_list>
 #include <wx/button.h>
 #include <wx/hyperlink.h>
+#include <wx/panel.h>
 #include <wx/settings.h>
 #include <wx/statbox.h>
 #include <wx/stattext.h>
@@ -35,6 +36,21 @@ wxStdDialogButtonSizer* MakeOkCancel(wxWindow* parent, const wxString& okLabel,
     return row;
 }
 
+// Tab walks the buttons as the host orders them.
+wxSizer* Realize(wxStdDialogButtonSizer* row) {
+    row->Realize();
+    wxWindow* previous = nullptr;
+    for (const wxSizerItem* item : row->GetChildren()) {
+        wxWindow* button = item->GetWindow();
+        if (!button)
+            continue;
+        if (previous)
+            button->MoveAfterInTabOrder(previous);
+        previous = button;
+    }
+    return row;
+}
+
 } // namespace
 
 bool RefuseInput(wxWindow& control, const wxString& text) {
@@ -53,10 +69,25 @@ std::wstring OmTextRow::GetText() const {
     return box->GetValue().ToStdWstring();
 }
 
-wxStaticBoxSizer* AddGroup(wxWindow* parent, wxSizer* column, const wxString& title) {
-    auto* group = new wxStaticBoxSizer(wxVERTICAL, parent, title);
-    column->Add(group, RowFlags(1));
-    return group;
+// The frame has its title above the rows; the border gives as much room below them.
+OmGroup AddGroup(wxWindow* parent, wxSizer* column, const wxString& title, int proportion) {
+    auto* frame = new wxStaticBoxSizer(wxVERTICAL, parent, title);
+    auto* rows = new wxBoxSizer(wxVERTICAL);
+    rows->Add(parent->GetTextExtent(title).x, 0); // the frame would cut a longer title
+    frame->Add(rows, wxSizerFlags(1).Expand().Border(wxLEFT | wxRIGHT | wxBOTTOM));
+    column->Add(frame, RowFlags(proportion));
+    return {frame->GetStaticBox(), rows};
+}
+
+wxPanel* MakeFrame(wxWindow* parent) {
+    return new wxPanel(parent, wxID_ANY, wxDefaultPosition, wxDefaultSize,
+                       wxTAB_TRAVERSAL | wxBORDER_THEME);
+}
+
+void FillFrame(wxPanel* frame, wxWindow* child) {
+    auto* sizer = new wxBoxSizer(wxVERTICAL);
+    sizer->Add(child, wxSizerFlags(1).Expand());
+    frame->SetSizer(sizer);
 }
 
 wxFlexGridSizer* MakeTextRows() {
@@ -95,6 +126,18 @@ wxTextCtrl* MakeReadOnlyLine(wxWindow* parent, unsigned characters) {
     return line;
 }
 
+void ShowLine(wxTextCtrl& line, const wxString& text) {
+    line.ChangeValue(text);
+    line.SetToolTip(text);
+}
+
+void IndentText(wxTextCtrl& box) {
+    constexpr int kTenthsOfMillimetre = 15;
+    wxTextAttr style;
+    style.SetLeftIndent(kTenthsOfMillimetre);
+    box.SetDefaultStyle(style);
+}
+
 wxHyperlinkCtrl* MakeLink(wxWindow* parent, const wxString& label, std::function<void()> action) {
     auto* link = new wxHyperlinkCtrl(parent, wxID_ANY, label, label, wxDefaultPosition,
                                      wxDefaultSize, wxBORDER_NONE | wxHL_ALIGN_LEFT);
@@ -114,9 +157,7 @@ wxSize MeasureText(const wxWindow& window, unsigned columns, unsigned lines) {
 }
 
 wxSizer* MakeOkCancelRow(wxWindow* parent, const wxString& okLabel, const wxString& cancelLabel) {
-    wxStdDialogButtonSizer* row = MakeOkCancel(parent, okLabel, cancelLabel);
-    row->Realize();
-    return row;
+    return Realize(MakeOkCancel(parent, okLabel, cancelLabel));
 }
 
 wxSizer* MakeOkCancelHelpRow(wxWindow* parent, std::function<void()> showHelp) {
@@ -124,8 +165,7 @@ wxSizer* MakeOkCancelHelpRow(wxWindow* parent, std::function<void()> showHelp) {
     auto* help = new wxButton(parent, wxID_HELP, _("&Help"));
     help->Bind(wxEVT_BUTTON, [show = std::move(showHelp)](wxCommandEvent&) { show(); });
     row->AddButton(help);
-    row->Realize();
-    return row;
+    return Realize(row);
 }
 
 wxSizer* MakeCloseRow(wxWindow* parent) {
@@ -133,8 +173,7 @@ wxSizer* MakeCloseRow(wxWindow* parent) {
     close->SetDefault();
     auto* row = new wxStdDialogButtonSizer;
     row->AddButton(close);
-    row->Realize();
-    return row;
+    return Realize(row);
 }
 
 void PressCancel(wxDialog& dialog) {
@@ -143,9 +182,12 @@ void PressCancel(wxDialog& dialog) {
 }
 
 void LayOutDialog(wxDialog* dialog, wxSizer* content, wxSizer* buttons) {
+    constexpr unsigned kTitleButtons = 16; // characters beside a title: its buttons and icon
+    const int titleWidth = dialog->GetTextExtent(dialog->GetTitle()).x;
     auto* column = new wxBoxSizer(wxVERTICAL);
+    column->Add(titleWidth + MeasureText(*dialog, kTitleButtons, 1).x, 0);
     column->Add(content, wxSizerFlags(1).Expand().Border(wxALL));
-    column->Add(buttons, wxSizerFlags().Expand().Border(wxBOTTOM));
+    column->Add(buttons, wxSizerFlags().Expand().DoubleBorder(wxBOTTOM));
     dialog->SetSizerAndFit(column);
     dialog->CentreOnParent();
 }

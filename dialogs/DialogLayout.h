@@ -9,7 +9,7 @@
 #include <wx/translation.h>
 
 class wxHyperlinkCtrl;
-class wxStaticBoxSizer;
+class wxPanel;
 class wxStaticText;
 class wxTextCtrl;
 class wxWindow;
@@ -28,8 +28,19 @@ struct OmTextRow {
     std::wstring GetText() const;
 };
 
-// A vertical group that fills `column`; its controls are children of its box.
-wxStaticBoxSizer* AddGroup(wxWindow* parent, wxSizer* column, const wxString& title);
+// A frame with a title around rows.
+struct OmGroup {
+    wxWindow* box; // parent of the controls
+    wxSizer* rows;
+};
+
+// Adds a group to `column`, in which it takes `proportion` of the height that is left.
+OmGroup AddGroup(wxWindow* parent, wxSizer* column, const wxString& title, int proportion = 1);
+
+// A border for a control that draws none itself: make it a child of the frame, and fill that with
+// it.
+wxPanel* MakeFrame(wxWindow* parent);
+void FillFrame(wxPanel* frame, wxWindow* child);
 
 // A grid of text rows, to be filled with AddTextRow.
 wxFlexGridSizer* MakeTextRows();
@@ -43,6 +54,12 @@ OmTextRow AddIndentedBox(wxWindow* parent, wxSizer* column, const wxString& unit
 
 // A line of text that the user can select but not change. `characters` is its least width.
 wxTextCtrl* MakeReadOnlyLine(wxWindow* parent, unsigned characters);
+
+// Shows a text in such a line, and beside the mouse if it may be too long for the line.
+void ShowLine(wxTextCtrl& line, const wxString& text);
+
+// Keeps the text of a box of several lines off its edge. Call it before the text is set.
+void IndentText(wxTextCtrl& box);
 
 // A link that runs `action` and opens nothing.
 wxHyperlinkCtrl* MakeLink(wxWindow* parent, const wxString& label, std::function<void()> action);

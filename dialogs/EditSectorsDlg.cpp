@@ -6,7 +6,6 @@
 #include <algorithm>
 #include <wx/button.h>
 #include <wx/listbox.h>
-#include <wx/statbox.h>
 #include <wx/stattext.h>
 #include <wx/textctrl.h>
 
@@ -31,6 +30,7 @@ OmEditSectorsDlg::OmEditSectorsDlg(wxWindow* parent)
     table_ = new wxTextCtrl(this, wxID_ANY, "", wxDefaultPosition, wxDefaultSize,
                             wxTE_MULTILINE | wxTE_READONLY | wxTE_DONTWRAP);
     UseFixedPitch(*table_);
+    IndentText(*table_);
     table_->SetMinSize(MeasureText(*table_, kTableColumns, kTableRows));
     row->Add(table_, RowFlags(1));
     column->Add(row, wxSizerFlags(1).Expand());
@@ -38,18 +38,17 @@ OmEditSectorsDlg::OmEditSectorsDlg(wxWindow* parent)
 }
 
 void OmEditSectorsDlg::BuildGroups(wxSizer* content) {
-    wxStaticBoxSizer* group = AddGroup(this, content, _("Groups of sectors"));
-    wxStaticBox* box = group->GetStaticBox();
+    const auto [box, column] = AddGroup(this, content, _("Groups of sectors"));
     wxFlexGridSizer* rows = MakeTextRows();
     countRow_ = AddTextRow(box, rows, _("&Number of sectors in a group:"), "");
     sizeRow_ = AddTextRow(box, rows, _("&Sector size in bytes:"), "");
-    group->Add(rows, RowFlags());
+    column->Add(rows, RowFlags());
     list_ = new wxListBox(box, wxID_ANY);
     list_->Bind(wxEVT_LISTBOX, [this](wxCommandEvent&) { ShowSelectedRow(); });
     auto* row = new wxBoxSizer(wxHORIZONTAL);
     row->Add(list_, wxSizerFlags(1).Expand());
     row->Add(BuildButtons(box), wxSizerFlags().Expand().Border(wxLEFT));
-    group->Add(row, RowFlags(1));
+    column->Add(row, RowFlags(1));
 }
 
 wxSizer* OmEditSectorsDlg::BuildButtons(wxWindow* parent) {

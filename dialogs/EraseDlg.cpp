@@ -7,7 +7,6 @@
 
 #include <wx/button.h>
 #include <wx/radiobut.h>
-#include <wx/statbox.h>
 #include <wx/textctrl.h>
 
 namespace {
@@ -30,15 +29,14 @@ std::wstring DescribeSectorsForData(const OmFlashSectorLayout& sectorMap, uint32
 
 OmEraseDlg::OmEraseDlg(wxWindow* parent) : wxDialog(parent, wxID_ANY, _("Erase")) {
     auto* column = new wxBoxSizer(wxVERTICAL);
-    wxStaticBoxSizer* group = AddGroup(this, column, _("Select sectors to erase"));
-    wxStaticBox* box = group->GetStaticBox();
-    entireRadio_ = AddRadio(box, group, _("Erase entire &flash"), wxRB_GROUP);
+    const auto [box, rows] = AddGroup(this, column, _("Select sectors to erase"));
+    entireRadio_ = AddRadio(box, rows, _("Erase entire &flash"), wxRB_GROUP);
     dataRadio_ =
-        AddRadio(box, group, _("Erase only sectors &necessary to program data view contents"), 0);
+        AddRadio(box, rows, _("Erase only sectors &necessary to program data view contents"), 0);
     dataText_ = MakeReadOnlyLine(box, kSectorsTextWidth);
-    AddIndented(group, dataText_);
-    selectedRadio_ = AddRadio(box, group, _("Erase &selected sectors only"), 0);
-    BuildSelectRow(box, group);
+    AddIndented(rows, dataText_);
+    selectedRadio_ = AddRadio(box, rows, _("Erase &selected sectors only"), 0);
+    BuildSelectRow(box, rows);
     LayOutDialog(this, column, MakeOkCancelRow(this, _("&Erase")));
 }
 
@@ -75,7 +73,7 @@ bool OmEraseDlg::TransferDataToWindow() {
     if (sectorsForData.empty())
         DisableDataSectors(_("(currently disabled because no data to program)"));
     else
-        dataText_->ChangeValue(sectorsForData);
+        ShowLine(*dataText_, sectorsForData);
     if (sectorMap->IsEmpty()) {
         DisableDataSectors(_("(currently disabled because sectors configuration is unknown)"));
         selectedRadio_->Disable();
@@ -89,7 +87,7 @@ bool OmEraseDlg::TransferDataToWindow() {
 void OmEraseDlg::DisableDataSectors(const wxString& reason) {
     dataRadio_->Disable();
     dataText_->Disable();
-    dataText_->ChangeValue(reason);
+    ShowLine(*dataText_, reason);
 }
 
 void OmEraseDlg::ChooseMode() {
@@ -100,7 +98,7 @@ void OmEraseDlg::ChooseMode() {
 }
 
 void OmEraseDlg::ShowSelection() {
-    selectedText_->ChangeValue(sectorMap->Describe(selectedSectors, chipCount));
+    ShowLine(*selectedText_, sectorMap->Describe(selectedSectors, chipCount));
 }
 
 void OmEraseDlg::UpdateEnabled() {

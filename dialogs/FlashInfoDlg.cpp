@@ -3,6 +3,7 @@
 #include "dialogs/DialogLayout.h"
 
 #include <wx/html/htmlwin.h>
+#include <wx/panel.h>
 
 namespace {
 
@@ -14,13 +15,15 @@ constexpr unsigned kReportLines = 32;
 OmFlashInfoDlg::OmFlashInfoDlg(wxWindow* parent, const std::wstring& html)
     : wxDialog(parent, wxID_ANY, _("Flash Array Information"), wxDefaultPosition, wxDefaultSize,
                wxDEFAULT_DIALOG_STYLE | wxRESIZE_BORDER) {
-    auto* report = new wxHtmlWindow(this, wxID_ANY, wxDefaultPosition, wxDefaultSize,
-                                    wxHW_SCROLLBAR_AUTO | wxBORDER_THEME);
+    wxPanel* frame = MakeFrame(this);
+    auto* report = new wxHtmlWindow(frame, wxID_ANY, wxDefaultPosition, wxDefaultSize,
+                                    wxHW_SCROLLBAR_AUTO | wxBORDER_NONE);
     report->SetStandardFonts();
     report->SetInitialSize(MeasureText(*report, kReportColumns, kReportLines));
     report->SetPage(html);
     auto* column = new wxBoxSizer(wxVERTICAL);
-    column->Add(report, RowFlags(1));
+    FillFrame(frame, report);
+    column->Add(frame, RowFlags(1));
     LayOutDialog(this, column, MakeCloseRow(this));
     report->SetFocus(); // the arrow keys scroll at once
 }

@@ -5,7 +5,6 @@
 
 #include <wx/button.h>
 #include <wx/checkbox.h>
-#include <wx/statbox.h>
 #include <wx/textctrl.h>
 
 namespace {
@@ -25,13 +24,12 @@ wxString EraseDisabledWarning() {
 
 OmProgramDlg::OmProgramDlg(wxWindow* parent) : wxDialog(parent, wxID_ANY, _("Program")) {
     auto* column = new wxBoxSizer(wxVERTICAL);
-    wxStaticBoxSizer* group = AddGroup(this, column, _("Programming options"));
-    wxStaticBox* box = group->GetStaticBox();
-    BuildEraseControls(box, group);
+    const auto [box, rows] = AddGroup(this, column, _("Programming options"));
+    BuildEraseControls(box, rows);
     verifyCheck_ = new wxCheckBox(box, wxID_ANY, _("&Verify after programming"));
-    group->Add(verifyCheck_, RowFlags());
+    rows->Add(verifyCheck_, RowFlags());
     newStartControls_.emplace(
-        box, group,
+        box, rows,
         OmNewStartControls::Texts{_("&Ignore the data view contents address and instead program "
                                     "data into the flash starting at address:"),
                                   _("(enter address as a hex 8-bit offset)"),
@@ -64,7 +62,7 @@ bool OmProgramDlg::TransferDataToWindow() {
 void OmProgramDlg::UpdateErase() {
     eraseOptions_->Enable(eraseCheck_->GetValue());
     eraseText_->Enable(eraseCheck_->GetValue());
-    eraseText_->ChangeValue(DescribeEraseMode());
+    ShowLine(*eraseText_, DescribeEraseMode());
 }
 
 void OmProgramDlg::OnEraseChecked() {

@@ -18,6 +18,7 @@ OmTextViewerDlg::OmTextViewerDlg(wxWindow* parent)
     box_ = new wxTextCtrl(this, wxID_ANY, "", wxDefaultPosition, wxDefaultSize,
                           wxTE_MULTILINE | wxTE_READONLY | wxTE_PROCESS_ENTER | wxTE_DONTWRAP);
     box_->SetInitialSize(MeasureText(*box_, kTextColumns, kTextLines));
+    IndentText(*box_);
     box_->Bind(wxEVT_TEXT_ENTER, [this](wxCommandEvent&) { PressCancel(*this); });
     auto* column = new wxBoxSizer(wxVERTICAL);
     column->Add(box_, RowFlags(1));

@@ -1,12 +1,10 @@
 #include "dialogs/VerifyDlg.h"
 
-#include <wx/statbox.h>
-
 OmVerifyDlg::OmVerifyDlg(wxWindow* parent) : wxDialog(parent, wxID_ANY, _("Verify")) {
     auto* column = new wxBoxSizer(wxVERTICAL);
-    wxStaticBoxSizer* group = AddGroup(this, column, _("Starting address"));
+    const auto [box, rows] = AddGroup(this, column, _("Starting address"));
     newStartControls_.emplace(
-        group->GetStaticBox(), group,
+        box, rows,
         OmNewStartControls::Texts{
             _("&Ignore the data view contents address and instead read data from the flash "
               "starting at address:"),

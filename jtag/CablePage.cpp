@@ -1,12 +1,16 @@
 #include "jtag/CablePage.h"
 
+#include <algorithm>
 #include <wx/button.h>
 #include <wx/choice.h>
+#include <wx/gbsizer.h>
 #include <wx/stattext.h>
 
 namespace {
 
-constexpr int kColumns = 3;
+// Columns of a page.
+enum { kLabelColumn, kControlColumn, kBehindColumn };
+
 constexpr unsigned kChoiceCharacters = 36; // of a device with its serial number, or of a hint
 
 } // namespace
@@ -14,24 +18,36 @@ constexpr unsigned kChoiceCharacters = 36; // of a device with its serial number
 void OmCablePage::BeginRow(const wxString& label) {
     if (!rows_) {
         const int gap = wxSizerFlags::GetDefaultBorder();
-        rows_ = new wxFlexGridSizer(kColumns, wxSize(gap, gap));
-        rows_->AddGrowableCol(1);
+        rows_ = new wxGridBagSizer(gap, gap);
         SetSizer(rows_);
     }
-    if (label.empty())
-        rows_->AddSpacer(0);
-    else
-        rows_->Add(new wxStaticText(this, wxID_ANY, label), wxSizerFlags().CentreVertical());
+    labels_.push_back(new wxStaticText(this, wxID_ANY, label));
+    rows_->Add(labels_.back(), wxGBPosition(rows_->GetRows(), kLabelColumn), wxGBSpan(),
+               wxALIGN_CENTRE_VERTICAL);
 }
 
+// A control with nothing behind it reaches to the right edge.
 void OmCablePage::EndRow(wxWindow* control, wxWindow* behind) {
-    rows_->Add(control, wxSizerFlags().Expand());
+    const int row = rows_->GetRows() - 1;
+    rows_->Add(control, wxGBPosition(row, kControlColumn), wxGBSpan(1, behind ? 1 : 2), wxEXPAND);
+    if (!rows_->IsColGrowable(kControlColumn))
+        rows_->AddGrowableCol(kControlColumn);
     if (!behind)
-        rows_->AddSpacer(0);
-    else if (dynamic_cast<wxButton*>(behind))
-        rows_->Add(behind, wxSizerFlags().Expand());
-    else
-        rows_->Add(behind, wxSizerFlags().CentreVertical());
+        return;
+    const int flags = dynamic_cast<wxButton*>(behind) ? int{wxEXPAND} : wxALIGN_CENTRE_VERTICAL;
+    rows_->Add(behind, wxGBPosition(row, kBehindColumn), wxGBSpan(), flags);
+}
+
+int OmCablePage::GetLabelWidth() const {
+    int width = 0;
+    for (const wxStaticText* label : labels_)
+        width = std::max(width, label->GetBestSize().x);
+    return width;
+}
+
+void OmCablePage::SetLabelWidth(int width) {
+    for (wxStaticText* label : labels_)
+        label->SetMinSize(wxSize(width, -1));
 }
 
 wxButton* OmCablePage::MakeButton(const wxString& label, std::function<void()> action) {

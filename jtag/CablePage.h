@@ -5,10 +5,12 @@
 #include "jtag/ConnectionSettings.h"
 
 #include <functional>
+#include <vector>
 #include <wx/panel.h>
 
 class wxButton;
 class wxChoice;
+class wxGridBagSizer;
 
 class OmCablePage : public wxPanel {
   public:
@@ -26,6 +28,11 @@ class OmCablePage : public wxPanel {
     // with false, only if this is the page that the user sees.
     virtual bool Read(OmConnectionSettings& settings, bool isShown) = 0;
 
+    // What the widest label needs, and the width that all labels get, so that the controls of all
+    // pages stand in one column.
+    int GetLabelWidth() const;
+    void SetLabelWidth(int width);
+
   protected:
     // A row begins with its label, so that the keyboard meets it first, ...
     void BeginRow(const wxString& label);
@@ -38,7 +45,8 @@ class OmCablePage : public wxPanel {
     static bool Refuse(bool isShown, wxWindow& control, const wxString& text);
 
   private:
-    wxFlexGridSizer* rows_ = nullptr;
+    wxGridBagSizer* rows_ = nullptr;
+    std::vector<wxStaticText*> labels_;
 };
 
 // Replaces the entries; without any, the choice is disabled and shows `hint`.

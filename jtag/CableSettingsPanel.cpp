@@ -8,6 +8,7 @@
 #include "jtag/UsbBlasterPage.h"
 #include "platform/Translation.h"
 
+#include <algorithm>
 #include <wx/choice.h>
 #include <wx/simplebook.h>
 #include <wx/stattext.h>
@@ -35,8 +36,8 @@ const OmCableSettingsPanel::Connection OmCableSettingsPanel::kConnections[] = {
 OmCableSettingsPanel::OmCableSettingsPanel(wxWindow* parent) : wxPanel(parent) {
     auto* column = new wxBoxSizer(wxVERTICAL);
     auto* row = new wxBoxSizer(wxHORIZONTAL);
-    row->Add(new wxStaticText(this, wxID_ANY, _("Connec&tion:")),
-             wxSizerFlags().CentreVertical().Border(wxRIGHT));
+    auto* label = new wxStaticText(this, wxID_ANY, _("Connec&tion:"));
+    row->Add(label, wxSizerFlags().CentreVertical().Border(wxRIGHT));
     connection_ = new wxChoice(this, wxID_ANY);
     for (const Connection& connection : kConnections)
         connection_->Append(Translated(GetCableLabel(connection.type)));
@@ -44,6 +45,7 @@ OmCableSettingsPanel::OmCableSettingsPanel(wxWindow* parent) : wxPanel(parent) {
     row->Add(connection_, wxSizerFlags(1));
     column->Add(row, RowFlags());
     BuildPages();
+    AlignLabels(*label);
     column->Add(book_, RowFlags(1));
     SetSizer(column);
 }
@@ -58,7 +60,17 @@ void OmCableSettingsPanel::BuildPages() {
         book_->AddPage(page, wxString());
     errorText_ = new wxTextCtrl(book_, wxID_ANY, "", wxDefaultPosition, wxDefaultSize,
                                 wxTE_MULTILINE | wxTE_READONLY);
+    IndentText(*errorText_);
     book_->AddPage(errorText_, wxString());
+}
+
+void OmCableSettingsPanel::AlignLabels(wxStaticText& own) {
+    int width = own.GetBestSize().x;
+    for (const OmCablePage* page : pages_)
+        width = std::max(width, page->GetLabelWidth());
+    own.SetMinSize(wxSize(width, -1));
+    for (OmCablePage* page : pages_)
+        page->SetLabelWidth(width);
 }
 
 const OmCableSettingsPanel::Connection& OmCableSettingsPanel::GetChosenConnection() const {

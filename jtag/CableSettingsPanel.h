@@ -11,6 +11,7 @@ class OmCablePage;
 class OmFtd2xxPage;
 class wxChoice;
 class wxSimplebook;
+class wxStaticText;
 class wxTextCtrl;
 
 class OmCableSettingsPanel : public wxPanel {
@@ -45,6 +46,8 @@ class OmCableSettingsPanel : public wxPanel {
     static const Connection kConnections[];
 
     void BuildPages();
+    // The pages' controls stand below the choice of the connection, whose label is `own`.
+    void AlignLabels(wxStaticText& own);
     const Connection& GetChosenConnection() const;
     // Shows the page of the chosen connection, or what keeps it from being used.
     void ShowPage();
