@@ -1,11 +1,14 @@
 #include "app/Help.h"
 
+#include "app/Icons.h"
+
 #ifdef __WXMSW__
 #include <wx/msw/helpchm.h>
 #else
 #include <wx/filesys.h>
 #include <wx/fs_arc.h>
 #include <wx/html/helpctrl.h>
+#include <wx/html/helpfrm.h>
 #include <wx/html/htmlfilt.h>
 #include <wx/sstream.h>
 #endif
@@ -51,18 +54,30 @@ class HostHelpViewer : public OmHelpViewer {
     void DisplaySection(const wxString& topic) override {
         if (!opened_)
             Open();
-        if (opened_)
-            controller_.DisplaySection(topic);
+        if (!opened_)
+            return;
+        const bool isNew = controller_.GetFrame() == nullptr;
+        controller_.DisplaySection(topic);
+        if (isNew)
+            LayOut(*controller_.GetFrame());
     }
 
   private:
+    // Room for the contents beside a page as wide as its pictures.
+    static void LayOut(wxHtmlHelpFrame& frame) {
+        frame.SetIcons(GetAppIcon());
+        frame.SetSize(frame.FromDIP(wxSize(960, 720)));
+        frame.CentreOnScreen();
+    }
+
     void Open() {
         wxFileSystem::AddHandler(new wxArchiveFSHandler);
         wxHtmlWindow::AddFilter(new HtmlPageFilter);
         opened_ = controller_.AddBook(wxFileName(book_ + ".htb"));
     }
 
-    wxHtmlHelpController controller_;
+    // A single book, so its topics need no book above them in the contents.
+    wxHtmlHelpController controller_{wxHF_DEFAULT_STYLE | wxHF_MERGE_BOOKS};
     wxString book_;
     bool opened_ = false;
 };
