@@ -30,7 +30,6 @@ OmErrorMessageDlg::OmErrorMessageDlg(wxWindow* parent, const wxString& title)
     close->SetDefault();
     column->Add(close, wxSizerFlags().Right().Border(wxALL, gap));
     SetSizer(column);
-    close->SetFocus();
 }
 
 wxSizer* OmErrorMessageDlg::BuildMessageRow() {
@@ -61,5 +60,6 @@ bool OmErrorMessageDlg::TransferDataToWindow() {
         return false;
     GetSizer()->SetSizeHints(this); // the message has its real length only now
     CentreOnParent();
+    FindWindow(wxID_CANCEL)->SetFocus();
     return true;
 }

@@ -200,7 +200,8 @@ void Cancel(wxDialog& dialog) {
 TEST_F(EveryDialogTest, IsLaidOutWellHasTheFocusAndClosesOnEscape) {
     ShowEach([](wxDialog& shown) {
         ExpectGoodLayout(shown);
-        EXPECT_TRUE(IsInside(wxWindow::FindFocus(), shown)) << "the focus is elsewhere";
+        EXPECT_TRUE(WaitFor([&] { return IsInside(wxWindow::FindFocus(), shown); }))
+            << "the focus is elsewhere";
         Cancel(shown);
     });
 }
