@@ -45,6 +45,24 @@ class HtmlPageFilter : public wxHtmlFilter {
     }
 };
 
+// Lays the window out where the toolkit makes it: over a modal dialog, showing a topic returns only
+// when the user has closed the window again.
+class HelpController : public wxHtmlHelpController {
+  public:
+    // A single book, so its topics need no book above them in the contents.
+    HelpController() : wxHtmlHelpController(wxHF_DEFAULT_STYLE | wxHF_MERGE_BOOKS) {}
+
+  protected:
+    wxHtmlHelpFrame* CreateHelpFrame(wxHtmlHelpData* data) override {
+        wxHtmlHelpFrame* frame = wxHtmlHelpController::CreateHelpFrame(data);
+        frame->SetIcons(GetAppIcon());
+        // Room for the contents beside a page as wide as its pictures.
+        frame->SetSize(frame->FromDIP(wxSize(960, 720)));
+        frame->CentreOnScreen();
+        return frame;
+    }
+};
+
 // Opens the book only when the first topic is asked for: starting the program stays fast, and a
 // missing book is told to the user who wants it.
 class HostHelpViewer : public OmHelpViewer {
@@ -56,28 +74,17 @@ class HostHelpViewer : public OmHelpViewer {
             Open();
         if (!opened_)
             return;
-        const bool isNew = controller_.GetFrame() == nullptr;
         controller_.DisplaySection(topic);
-        if (isNew)
-            LayOut(*controller_.GetFrame());
     }
 
   private:
-    // Room for the contents beside a page as wide as its pictures.
-    static void LayOut(wxHtmlHelpFrame& frame) {
-        frame.SetIcons(GetAppIcon());
-        frame.SetSize(frame.FromDIP(wxSize(960, 720)));
-        frame.CentreOnScreen();
-    }
-
     void Open() {
         wxFileSystem::AddHandler(new wxArchiveFSHandler);
         wxHtmlWindow::AddFilter(new HtmlPageFilter);
         opened_ = controller_.AddBook(wxFileName(book_ + ".htb"));
     }
 
-    // A single book, so its topics need no book above them in the contents.
-    wxHtmlHelpController controller_{wxHF_DEFAULT_STYLE | wxHF_MERGE_BOOKS};
+    HelpController controller_;
     wxString book_;
     bool opened_ = false;
 };

@@ -1,6 +1,7 @@
 #include "app/Help.h"
 
 #include "platform/Paths.h"
+#include "tests/windows/support/ModalSteps.h"
 #include "tests/windows/support/UserActions.h"
 
 #include <gtest/gtest.h>
@@ -111,6 +112,24 @@ TEST(Help, ShowsTheTopicsOfTheBookBesideTheProgram) {
     TakeScreenshot(*FindHelpFrame(), "help");
     FindHelpFrame()->Destroy();
     SettleEvents();
+}
+
+// Over a modal dialog the toolkit keeps the user in the help window until it is closed.
+TEST(Help, WindowOverADialogCanBeClosedAndOpenedAgain) {
+    const std::unique_ptr<OmHelpViewer> viewer = CreateHelpViewer();
+    viewer->Initialize(wxString(GetProgramDirectory()) + "/velflash");
+    int closed = 0;
+    wxDialog dialog(nullptr, wxID_ANY, "Over");
+    ModalSteps user;
+    user.Expect("Over", [&](wxDialog& shown) {
+        for (int round = 0; round < 2; ++round) {
+            wxTheApp->CallAfter([&] { closed += FindHelpFrame() && FindHelpFrame()->Close(true); });
+            viewer->DisplaySection("bsdl.htm");
+        }
+        shown.EndModal(wxID_CANCEL);
+    });
+    EXPECT_EQ(dialog.ShowModal(), wxID_CANCEL);
+    EXPECT_EQ(closed, 2);
 }
 
 TEST(Help, TopicWithoutAViewerDoesNothing) {

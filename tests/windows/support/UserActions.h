@@ -45,8 +45,8 @@ void PointAt(wxWindow& window);
 // A key press through the window's own handlers.
 void PressKey(wxWindow& window, int keyCode);
 
-// Writes what the screen shows of a window, its title bar included, to a PNG file in the screen's own
-// pixels. False if no picture could be taken.
+// Writes what the screen shows of a window, its title bar included, to a PNG file in the screen's
+// own pixels. False if no picture could be taken.
 bool SaveScreenshot(wxWindow& window, const wxString& path);
 
 // The same as <name>.png in the folder that the environment variable OM_SCREENSHOTS names; does
