@@ -5,8 +5,9 @@
 
 OmBlankCheckDlg::OmBlankCheckDlg(wxWindow* parent) : wxDialog(parent, wxID_ANY, _("Blank Check")) {
     auto* column = new wxBoxSizer(wxVERTICAL);
-    BuildDataControls(this, column);
-    BuildPieceControls(this, column);
+    const auto [box, rows] = AddGroup(this, column, "");
+    BuildDataControls(box, rows);
+    BuildPieceControls(box, rows);
     LayOutDialog(this, column, MakeOkCancelRow(this, _("&Blank Check")));
     for (wxRadioButton* radio : {dataRadio_, pieceRadio_})
         radio->Bind(wxEVT_RADIOBUTTON, [this](wxCommandEvent&) { UpdateEnabled(); });

@@ -45,14 +45,15 @@ OmBsdlInfoDlg::OmBsdlInfoDlg(wxWindow* parent) : wxDialog(parent, wxID_ANY, _("B
 
 void OmBsdlInfoDlg::BuildControls() {
     auto* column = new wxBoxSizer(wxVERTICAL);
-    fileText_ = MakeReadOnlyLine(this, kFileTextWidth);
-    column->Add(fileText_, RowFlags());
+    const auto [box, rows] = AddGroup(this, column, "", 0);
+    fileText_ = MakeReadOnlyLine(box, kFileTextWidth);
+    rows->Add(fileText_, RowFlags());
     auto* buttons = new wxBoxSizer(wxHORIZONTAL);
-    replaceButton_ = new wxButton(this, wxID_ANY, _("&Update / Replace BSDL file..."));
-    viewButton_ = new wxButton(this, wxID_ANY, _("&View imported data"));
+    replaceButton_ = new wxButton(box, wxID_ANY, _("&Update / Replace BSDL file..."));
+    viewButton_ = new wxButton(box, wxID_ANY, _("&View imported data"));
     buttons->Add(replaceButton_, wxSizerFlags().Border(wxRIGHT));
     buttons->Add(viewButton_);
-    column->Add(buttons, RowFlags());
+    rows->Add(buttons, RowFlags());
     column->Add(new wxStaticText(
                     this, wxID_ANY,
                     _("NOTE: Upon assigning a BSDL file for the device, all the required data is\n"

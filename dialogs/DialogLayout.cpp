@@ -69,8 +69,25 @@ std::wstring OmTextRow::GetText() const {
     return box->GetValue().ToStdWstring();
 }
 
+namespace {
+
+// A frame of the toolkit keeps a line for its title even if there is none.
+OmGroup AddUntitledGroup(wxWindow* parent, wxSizer* column, int proportion) {
+    wxPanel* frame = MakeFrame(parent);
+    auto* rows = new wxBoxSizer(wxVERTICAL);
+    auto* margin = new wxBoxSizer(wxVERTICAL);
+    margin->Add(rows, wxSizerFlags(1).Expand().Border());
+    frame->SetSizer(margin);
+    column->Add(frame, RowFlags(proportion));
+    return {frame, rows};
+}
+
+} // namespace
+
 // The frame has its title above the rows; the border gives as much room below them.
 OmGroup AddGroup(wxWindow* parent, wxSizer* column, const wxString& title, int proportion) {
+    if (title.empty())
+        return AddUntitledGroup(parent, column, proportion);
     auto* frame = new wxStaticBoxSizer(wxVERTICAL, parent, title);
     auto* rows = new wxBoxSizer(wxVERTICAL);
     rows->Add(parent->GetTextExtent(title).x, 0); // the frame would cut a longer title
@@ -120,7 +137,7 @@ OmTextRow AddIndentedBox(wxWindow* parent, wxSizer* column, const wxString& unit
 wxTextCtrl* MakeReadOnlyLine(wxWindow* parent, unsigned characters) {
     auto* line = new wxTextCtrl(parent, wxID_ANY, "", wxDefaultPosition, wxDefaultSize,
                                 wxTE_READONLY | wxBORDER_NONE);
-    line->SetBackgroundColour(parent->GetBackgroundColour());
+    line->SetBackgroundColour(wxGetTopLevelParent(parent)->GetBackgroundColour());
     const int width = MeasureText(*line, characters, 1).x;
     line->SetMinSize(wxSize(line->GetSizeFromTextSize(width).x, -1));
     return line;

@@ -28,7 +28,7 @@ struct OmTextRow {
     std::wstring GetText() const;
 };
 
-// A frame with a title around rows.
+// A frame around rows, with a title or without.
 struct OmGroup {
     wxWindow* box; // parent of the controls
     wxSizer* rows;
