@@ -57,6 +57,8 @@ void ScreensTest::Show(wxDialog& dialog, const ModalSteps::Step& step) {
 void ScreensTest::Picture(wxWindow& window, const std::string& name) {
     SCOPED_TRACE(name);
     ExpectActive(window);
+    constexpr int kPaintMilliseconds = 100; // a frame or two of the toolkit's clock
+    WaitFor([] { return false; }, kPaintMilliseconds);
     const std::string path = PictureFolder(folder_) + "/" + name + ".png";
     ASSERT_TRUE(SaveScreenshot(window, path));
     const wxImage picture(path, wxBITMAP_TYPE_PNG);
