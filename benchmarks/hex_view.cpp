@@ -3,12 +3,9 @@
 // the font engine's work is nearly all of it.
 #include "app/HexViewCtrl.h"
 #include "data/DataImage.h"
-#include "tests/windows/support/VirtualDisplay.h"
 
 #include <benchmark/benchmark.h>
 #include <wx/wx.h>
-
-#include <wx/evtloop.h>
 
 namespace {
 
@@ -65,24 +62,4 @@ BENCHMARK(PaintOneChunk)->Arg(1 << 10)->Arg(1 << 20)->Arg(1 << 28)->Unit(benchma
 BENCHMARK(PaintChunks)->Arg(10)->Arg(1000)->Arg(100000)->Unit(benchmark::kMillisecond);
 BENCHMARK(AttachImage)->Arg(1)->Arg(1000)->Arg(100000)->Unit(benchmark::kMillisecond);
 
-class BenchmarkApp : public wxApp {
-  public:
-    bool OnInit() override { return true; }
-
-    int OnRun() override {
-        wxEventLoop loop;
-        const wxEventLoopActivator activator(&loop);
-        benchmark::RunSpecifiedBenchmarks();
-        return 0;
-    }
-};
-
 } // namespace
-
-wxIMPLEMENT_APP_NO_MAIN(BenchmarkApp);
-
-int main(int argc, char** argv) {
-    benchmark::Initialize(&argc, argv);
-    const VirtualDisplay display;
-    return wxEntry(argc, argv);
-}

@@ -4,7 +4,6 @@
 #include "app/Help.h"
 #include "app/MainFrame.h"
 #include "app/ProgressDlg.h"
-#include "tests/windows/support/VirtualDisplay.h"
 
 #include <benchmark/benchmark.h>
 #include <chrono>
@@ -13,8 +12,6 @@
 #include <thread>
 #include <vector>
 #include <wx/wx.h>
-
-#include <wx/evtloop.h>
 
 namespace {
 
@@ -90,27 +87,4 @@ BENCHMARK(BarMovesEachTime)->Iterations(1)->UseManualTime()->Unit(benchmark::kMi
 BENCHMARK(BarPulses)->Iterations(1)->UseManualTime()->Unit(benchmark::kMicrosecond);
 BENCHMARK(BarAndTextChangeEachTime)->Iterations(1)->UseManualTime()->Unit(benchmark::kMicrosecond);
 
-class BenchmarkApp : public wxApp {
-  public:
-    bool OnInit() override {
-        wxImage::AddHandler(new wxPNGHandler);
-        return true;
-    }
-
-    int OnRun() override {
-        wxEventLoop loop;
-        const wxEventLoopActivator activator(&loop);
-        benchmark::RunSpecifiedBenchmarks();
-        return 0;
-    }
-};
-
 } // namespace
-
-wxIMPLEMENT_APP_NO_MAIN(BenchmarkApp);
-
-int main(int argc, char** argv) {
-    benchmark::Initialize(&argc, argv);
-    const VirtualDisplay display;
-    return wxEntry(argc, argv);
-}
