@@ -31,6 +31,8 @@ class OmProgressDlg : public wxDialog, public OmProgressCallback {
     uint64_t GetLastPulse() const { return lastPulse_; }
 
   private:
+    struct UpdatePause;
+
     void BuildControls();
     void ShowPercent(int percent);
     void PulseNowAndThen();
@@ -48,4 +50,5 @@ class OmProgressDlg : public wxDialog, public OmProgressCallback {
     int64_t lastShownSeconds_ = -1;
     uint64_t lastPulse_ = 0;
     int lastPercent_ = 0;
+    std::unique_ptr<UpdatePause> updatePause_; // exists while the dialog is shown
 };

@@ -186,3 +186,13 @@ TEST_F(ProgressDlg, FinishHidesIt) {
     EXPECT_FALSE(dialog_->IsShown());
     EXPECT_TRUE(frame_->IsEnabled());
 }
+
+TEST_F(ProgressDlg, CommandsAreNotLookedAtWhileItIsShown) {
+    int looks = 0;
+    frame_->Bind(wxEVT_UPDATE_UI, [&](wxUpdateUIEvent&) { ++looks; });
+    dialog_->OnProgress(1, nullptr);
+    EXPECT_EQ(looks, 0);
+    dialog_->OnFinish();
+    SettleEvents();
+    EXPECT_GT(looks, 0);
+}
