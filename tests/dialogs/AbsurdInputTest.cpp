@@ -1,17 +1,15 @@
 // What nobody would type on purpose, in every text box that takes input: the dialog answers with
 // its usual warning, or takes it, at once. Names that a shell would take for commands stay names.
-#include "data/DataImage.h"
 #include "dialogs/BlankCheckDlg.h"
 #include "dialogs/BsdlFileDlg.h"
 #include "dialogs/EditSectorsDlg.h"
 #include "dialogs/GoToOffsetDlg.h"
-#include "dialogs/ProgramDlg.h"
 #include "dialogs/ReadDlg.h"
-#include "dialogs/SelectSectorsDlg.h"
 #include "dialogs/VerifyDlg.h"
 #include "jtag/CableSettingsDlg.h"
 #include "jtag/StaticPinsDlg.h"
 #include "tests/dialogs/BsdlFixture.h"
+#include "tests/dialogs/MadeDialogs.h"
 #include "tests/jtag/FakeJLink.h"
 #include "tests/jtag/FakePortDriver.h"
 
@@ -28,9 +26,6 @@ constexpr char kProgramStart[] = "&Ignore the data view contents address and ins
                                  "into the flash starting at address:";
 constexpr wchar_t kBadAddress[] =
     L"Invalid starting address. Address must be an unsigned hex 8-bit offset.";
-
-const OmFlashSectorLayout kMap{{{4, 4096}}};
-const OmDataImage kNoData;
 
 using Prepare = void (*)(wxDialog&);
 
@@ -57,24 +52,6 @@ template <const char* label>
 void Tick(wxDialog& dialog) {
     if (!CheckBox(dialog, label).GetValue())
         ClickCheck(dialog, label);
-}
-
-template <typename Dialog>
-std::unique_ptr<wxDialog> Make() {
-    return std::make_unique<Dialog>(nullptr);
-}
-
-std::unique_ptr<wxDialog> MakeProgram() {
-    auto dialog = std::make_unique<OmProgramDlg>(nullptr);
-    dialog->sectorMap = &kMap;
-    dialog->dataImage = &kNoData;
-    return dialog;
-}
-
-std::unique_ptr<wxDialog> MakeSelectSectors() {
-    auto dialog = std::make_unique<OmSelectSectorsDlg>(nullptr);
-    dialog->sectorMap = &kMap;
-    return dialog;
 }
 
 std::unique_ptr<wxDialog> MakeConnection() {

@@ -2,7 +2,6 @@
 // inside it, Tab follows the reading order, Enter has a button to press, and Escape and the
 // window's close box cancel it.
 #include "app/ErrorMessageDlg.h"
-#include "data/DataImage.h"
 #include "dialogs/AboutDlg.h"
 #include "dialogs/BlankCheckDlg.h"
 #include "dialogs/BsdlFileDlg.h"
@@ -11,14 +10,13 @@
 #include "dialogs/EditSectorsDlg.h"
 #include "dialogs/FlashInfoDlg.h"
 #include "dialogs/GoToOffsetDlg.h"
-#include "dialogs/ProgramDlg.h"
 #include "dialogs/ReadDlg.h"
-#include "dialogs/SelectSectorsDlg.h"
 #include "dialogs/TextViewerDlg.h"
 #include "dialogs/VerifyDlg.h"
 #include "jtag/CableSettingsDlg.h"
 #include "jtag/StaticPinsDlg.h"
 #include "tests/dialogs/BsdlFixture.h"
+#include "tests/dialogs/MadeDialogs.h"
 #include "tests/jtag/FakeLibrary.h"
 #include "tests/jtag/FakePortDriver.h"
 #include "tests/support/GermanLocale.h"
@@ -35,30 +33,9 @@ struct Case {
     int enter = wxID_OK; // the button that Enter presses
 };
 
-template <typename Dialog>
-std::unique_ptr<wxDialog> Make() {
-    return std::make_unique<Dialog>(nullptr);
-}
-
-const OmFlashSectorLayout kMap{{{4, 4096}}};
-const OmDataImage kNoData;
-
 std::unique_ptr<wxDialog> MakeErase() {
     auto dialog = std::make_unique<OmEraseDlg>(nullptr);
     dialog->Initialise(OmEraseMode::EntireFlash, kMap, 1, kNoData, 0, {});
-    return dialog;
-}
-
-std::unique_ptr<wxDialog> MakeProgram() {
-    auto dialog = std::make_unique<OmProgramDlg>(nullptr);
-    dialog->sectorMap = &kMap;
-    dialog->dataImage = &kNoData;
-    return dialog;
-}
-
-std::unique_ptr<wxDialog> MakeSelectSectors() {
-    auto dialog = std::make_unique<OmSelectSectorsDlg>(nullptr);
-    dialog->sectorMap = &kMap;
     return dialog;
 }
 
