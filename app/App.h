@@ -3,8 +3,8 @@
 #pragma once
 
 #include "app/CommandLine.h"
-#include "app/Help.h"
-#include "app/WxUserInterface.h"
+#include "widgets/Help.h"
+#include "widgets/WxUserInterface.h"
 
 #include <memory>
 #include <wx/app.h>

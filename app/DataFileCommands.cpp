@@ -1,6 +1,5 @@
 // The commands that load and save the data file.
 #include "app/CommandIds.h"
-#include "app/FileChooser.h"
 #include "app/HexViewCtrl.h"
 #include "app/MainFrame.h"
 #include "app/RawParts.h"
@@ -9,6 +8,7 @@
 #include "platform/Text.h"
 #include "platform/Translation.h"
 #include "platform/UserInterface.h"
+#include "widgets/FileChooser.h"
 
 #include <wx/intl.h>
 

@@ -1,12 +1,12 @@
 // The commands that load and save the setup file. A file enters the recent files when it stops
 // being the current one, so that the list offers what is not open.
 #include "app/CommandIds.h"
-#include "app/FileChooser.h"
 #include "app/MainFrame.h"
 #include "app/ScopedFlag.h"
 #include "flash/FlashProgrammer.h"
 #include "platform/Text.h"
 #include "platform/UserInterface.h"
+#include "widgets/FileChooser.h"
 
 #include <wx/intl.h>
 

@@ -1,14 +1,14 @@
 // How commands reach their handlers, and the commands that touch neither files nor flash.
 #include "app/CommandIds.h"
-#include "app/Help.h"
 #include "app/HexViewCtrl.h"
 #include "app/MainFrame.h"
-#include "app/Product.h"
 #include "app/ScopedFlag.h"
 #include "dialogs/AboutDlg.h"
 #include "flash/FlashProgrammer.h"
 #include "platform/UserInterface.h"
 #include "platform/Version.h"
+#include "widgets/Help.h"
+#include "widgets/Product.h"
 
 #include <wx/intl.h>
 #include <wx/utils.h>

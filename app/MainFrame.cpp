@@ -2,9 +2,7 @@
 
 #include "app/AuiToolBarArt.h"
 #include "app/CommandIds.h"
-#include "app/Help.h"
 #include "app/HexViewCtrl.h"
-#include "app/Icons.h"
 #include "app/MainMenus.h"
 #include "app/WindowGeometry.h"
 #include "flash/FlashProgrammer.h"
@@ -12,6 +10,8 @@
 #include "jtag/StaticPinsSchemes.h"
 #include "platform/Paths.h"
 #include "platform/UserInterface.h"
+#include "widgets/Help.h"
+#include "widgets/Icons.h"
 
 #include <wx/aui/auibar.h>
 #include <wx/aui/dockart.h>

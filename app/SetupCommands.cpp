@@ -1,7 +1,7 @@
 // The commands that change what the program is connected to, or what it knows of the board.
 #include "app/MainFrame.h"
 #include "flash/FlashProgrammer.h"
-#include "jtag/CableSettingsDlg.h"
+#include "jtag/ui/CableSettingsDlg.h"
 
 // The cable is opened anew even if nothing changed: the user may have plugged it in meanwhile.
 void OmMainFrame::OnConnection(wxCommandEvent&) {

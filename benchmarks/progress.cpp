@@ -1,9 +1,9 @@
 // What the progress dialog costs at a hundred reports a second over the main window: the share of
 // the program's time, painting and idle work included. The pace is kept, since painting follows the
 // screen's rhythm and not that of the reports.
-#include "app/Help.h"
 #include "app/MainFrame.h"
 #include "app/ProgressDlg.h"
+#include "widgets/Help.h"
 
 #include <benchmark/benchmark.h>
 #include <chrono>

@@ -1,8 +1,8 @@
 #include "dialogs/AboutDlg.h"
 
-#include "app/Icons.h"
-#include "app/Product.h"
-#include "dialogs/DialogLayout.h"
+#include "widgets/DialogLayout.h"
+#include "widgets/Icons.h"
+#include "widgets/Product.h"
 
 #include <wx/button.h>
 #include <wx/hyperlink.h>

@@ -1,11 +1,11 @@
 #include "dialogs/BsdlChecks.h"
 
-#include "app/ErrorMessageDlg.h"
 #include "bsdl/BsdlData.h"
 #include "bsdl/BsdlParser.h"
 #include "platform/Text.h"
 #include "platform/TextEditor.h"
 #include "platform/UserInterface.h"
+#include "widgets/ErrorMessageDlg.h"
 
 #include <wx/intl.h>
 

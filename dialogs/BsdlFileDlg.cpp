@@ -1,9 +1,9 @@
 #include "dialogs/BsdlFileDlg.h"
 
-#include "app/FileChooser.h"
-#include "app/Help.h"
 #include "dialogs/BsdlSearchDlg.h"
 #include "platform/Text.h"
+#include "widgets/FileChooser.h"
+#include "widgets/Help.h"
 
 #include <wx/arrstr.h>
 #include <wx/button.h>

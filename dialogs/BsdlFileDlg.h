@@ -2,9 +2,9 @@
 #pragma once
 
 #include "dialogs/BsdlChecks.h"
-#include "dialogs/DialogLayout.h"
 #include "jtag/BitVector.h"
 #include "platform/UserInterface.h"
+#include "widgets/DialogLayout.h"
 
 class wxButton;
 class wxListBox;

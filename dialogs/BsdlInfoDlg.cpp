@@ -1,6 +1,5 @@
 #include "dialogs/BsdlInfoDlg.h"
 
-#include "app/Product.h"
 #include "bsdl/BsdlReport.h"
 #include "bsdl/BsdlXml.h"
 #include "dialogs/BsdlChecks.h"
@@ -8,6 +7,7 @@
 #include "dialogs/TextViewerDlg.h"
 #include "platform/Text.h"
 #include "platform/UserInterface.h"
+#include "widgets/Product.h"
 
 #include <wx/button.h>
 #include <wx/filename.h>

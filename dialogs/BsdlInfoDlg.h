@@ -3,7 +3,7 @@
 #pragma once
 
 #include "bsdl/BsdlData.h"
-#include "dialogs/DialogLayout.h"
+#include "widgets/DialogLayout.h"
 
 #include <memory>
 

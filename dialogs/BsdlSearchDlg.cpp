@@ -1,8 +1,8 @@
 #include "dialogs/BsdlSearchDlg.h"
 
 #include "dialogs/BsdlChecks.h"
-#include "dialogs/DialogLayout.h"
 #include "dialogs/TextViewerDlg.h"
+#include "widgets/DialogLayout.h"
 
 #include <algorithm>
 #include <wx/button.h>

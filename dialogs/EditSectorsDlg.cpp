@@ -1,7 +1,7 @@
 #include "dialogs/EditSectorsDlg.h"
 
-#include "dialogs/NumberParsing.h"
 #include "dialogs/SectorTexts.h"
+#include "widgets/NumberParsing.h"
 
 #include <algorithm>
 #include <wx/button.h>

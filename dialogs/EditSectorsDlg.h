@@ -1,8 +1,8 @@
 // Edits the sector groups of a flash chip that cannot tell them itself.
 #pragma once
 
-#include "dialogs/DialogLayout.h"
 #include "setup/SectorLayout.h"
+#include "widgets/DialogLayout.h"
 
 class wxButton;
 class wxListBox;

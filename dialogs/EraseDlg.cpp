@@ -1,9 +1,9 @@
 #include "dialogs/EraseDlg.h"
 
 #include "data/DataImage.h"
-#include "dialogs/DialogLayout.h"
 #include "dialogs/SelectSectorsDlg.h"
 #include "flash/TouchedSectors.h"
+#include "widgets/DialogLayout.h"
 
 #include <wx/button.h>
 #include <wx/radiobut.h>

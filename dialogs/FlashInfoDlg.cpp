@@ -1,6 +1,6 @@
 #include "dialogs/FlashInfoDlg.h"
 
-#include "dialogs/DialogLayout.h"
+#include "widgets/DialogLayout.h"
 
 #include <wx/html/htmlwin.h>
 #include <wx/panel.h>

@@ -1,6 +1,6 @@
 #include "dialogs/GoToOffsetDlg.h"
 
-#include "dialogs/NumberParsing.h"
+#include "widgets/NumberParsing.h"
 
 #include <wx/statline.h>
 #include <wx/stattext.h>

@@ -1,7 +1,7 @@
 // Asks for the address that the data view is to be scrolled to.
 #pragma once
 
-#include "dialogs/DialogLayout.h"
+#include "widgets/DialogLayout.h"
 
 #include <cstdint>
 

@@ -1,6 +1,6 @@
 #include "dialogs/NewStartControls.h"
 
-#include "dialogs/NumberParsing.h"
+#include "widgets/NumberParsing.h"
 
 #include <wx/checkbox.h>
 #include <wx/stattext.h>

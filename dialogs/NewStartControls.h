@@ -2,7 +2,7 @@
 // offer it.
 #pragma once
 
-#include "dialogs/DialogLayout.h"
+#include "widgets/DialogLayout.h"
 
 #include <cstdint>
 

@@ -1,7 +1,7 @@
 #include "dialogs/PieceOfMemory.h"
 
 #include "dialogs/NewStartControls.h"
-#include "dialogs/NumberParsing.h"
+#include "widgets/NumberParsing.h"
 
 #include <wx/textctrl.h>
 

@@ -1,7 +1,7 @@
 // The two rows that say which piece of the flash is meant.
 #pragma once
 
-#include "dialogs/DialogLayout.h"
+#include "widgets/DialogLayout.h"
 
 #include <cstdint>
 

@@ -1,8 +1,8 @@
 // Lets the user tick the sectors to erase, lock or unlock.
 #pragma once
 
-#include "dialogs/DialogLayout.h"
 #include "setup/SectorLayout.h"
+#include "widgets/DialogLayout.h"
 
 class wxButton;
 class wxCheckListBox;

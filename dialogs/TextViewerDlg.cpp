@@ -1,6 +1,6 @@
 #include "dialogs/TextViewerDlg.h"
 
-#include "dialogs/DialogLayout.h"
+#include "widgets/DialogLayout.h"
 
 #include <wx/button.h>
 #include <wx/textctrl.h>

@@ -1,7 +1,7 @@
 #include "dialogs/BsdlFileDlg.h"
 
-#include "app/Help.h"
 #include "tests/dialogs/BsdlFixture.h"
+#include "widgets/Help.h"
 
 #include <wx/listctrl.h>
 

@@ -1,9 +1,9 @@
 #include "dialogs/BsdlInfoDlg.h"
 
-#include "app/Product.h"
 #include "bsdl/BsdlParser.h"
 #include "bsdl/BsdlReport.h"
 #include "tests/dialogs/BsdlFixture.h"
+#include "widgets/Product.h"
 
 namespace {
 

@@ -1,8 +1,8 @@
 // The Connection dialog over stand-ins of drivers and libraries, and its user.
 #pragma once
 
-#include "jtag/CableSettingsDlg.h"
 #include "jtag/StaticPinsSchemes.h"
+#include "jtag/ui/CableSettingsDlg.h"
 #include "tests/dialogs/DialogActions.h"
 #include "tests/jtag/FakePortDriver.h"
 #include "tests/support/RecordingUserInterface.h"

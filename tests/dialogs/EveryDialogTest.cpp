@@ -1,7 +1,6 @@
 // What holds for every dialog: it has room for its labels, its mnemonics do not clash, the focus is
 // inside it, Tab follows the reading order, Enter has a button to press, and Escape and the
 // window's close box cancel it.
-#include "app/ErrorMessageDlg.h"
 #include "dialogs/AboutDlg.h"
 #include "dialogs/BlankCheckDlg.h"
 #include "dialogs/BsdlFileDlg.h"
@@ -13,14 +12,15 @@
 #include "dialogs/ReadDlg.h"
 #include "dialogs/TextViewerDlg.h"
 #include "dialogs/VerifyDlg.h"
-#include "jtag/CableSettingsDlg.h"
-#include "jtag/StaticPinsDlg.h"
+#include "jtag/ui/CableSettingsDlg.h"
+#include "jtag/ui/StaticPinsDlg.h"
 #include "tests/dialogs/BsdlFixture.h"
 #include "tests/dialogs/MadeDialogs.h"
 #include "tests/jtag/FakeLibrary.h"
 #include "tests/jtag/FakePortDriver.h"
 #include "tests/support/GermanLocale.h"
 #include "tests/windows/support/Languages.h"
+#include "widgets/ErrorMessageDlg.h"
 
 #include <set>
 

@@ -1,7 +1,7 @@
 // The whole job without a mouse: every command, dialog and message box by real keys. Only the files
 // are named through the seam; the host's own file dialogs are the host's affair.
-#include "app/WxUserInterface.h"
 #include "tests/dialogs/FlashCommandsFixture.h"
+#include "widgets/WxUserInterface.h"
 
 #include <set>
 #include <wx/uiaction.h>

@@ -4,7 +4,7 @@
 #include "dialogs/BsdlFileDlg.h"
 #include "dialogs/BsdlInfoDlg.h"
 #include "dialogs/BsdlSearchDlg.h"
-#include "jtag/StaticPinsDlg.h"
+#include "jtag/ui/StaticPinsDlg.h"
 #include "tests/dialogs/BsdlFixture.h"
 #include "tests/dialogs/CableSettingsFixture.h"
 #include "tests/jtag/FakeD2xx.h"

@@ -1,4 +1,4 @@
-#include "dialogs/NumberParsing.h"
+#include "widgets/NumberParsing.h"
 
 #include <gtest/gtest.h>
 

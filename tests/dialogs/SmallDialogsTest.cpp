@@ -1,5 +1,4 @@
 // The dialogs that show something or ask for one number.
-#include "app/Product.h"
 #include "dialogs/AboutDlg.h"
 #include "dialogs/FlashInfoDlg.h"
 #include "dialogs/GoToOffsetDlg.h"
@@ -8,6 +7,7 @@
 #include "tests/dialogs/DialogActions.h"
 #include "tests/support/RecordingUserInterface.h"
 #include "tests/windows/support/ModalSteps.h"
+#include "widgets/Product.h"
 
 #include <gtest/gtest.h>
 #include <wx/html/htmlwin.h>

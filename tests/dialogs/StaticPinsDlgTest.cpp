@@ -1,4 +1,4 @@
-#include "jtag/StaticPinsDlg.h"
+#include "jtag/ui/StaticPinsDlg.h"
 
 #include "tests/dialogs/DialogActions.h"
 #include "tests/support/RecordingUserInterface.h"

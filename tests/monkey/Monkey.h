@@ -2,12 +2,12 @@
 // does one thing after the other that a user could do, sensible or not.
 #pragma once
 
-#include "app/Help.h"
-#include "app/WxUserInterface.h"
 #include "tests/monkey/Board.h"
 #include "tests/monkey/Dice.h"
 #include "tests/monkey/Inputs.h"
 #include "tests/monkey/Visitor.h"
+#include "widgets/Help.h"
+#include "widgets/WxUserInterface.h"
 
 #include <memory>
 #include <wx/weakref.h>

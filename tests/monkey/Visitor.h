@@ -3,10 +3,10 @@
 // further commands through to the main window, which must not happen.
 #pragma once
 
-#include "app/FileChooser.h"
 #include "platform/UserInterface.h"
 #include "tests/monkey/Dice.h"
 #include "tests/monkey/Inputs.h"
+#include "widgets/FileChooser.h"
 
 #include <functional>
 #include <set>

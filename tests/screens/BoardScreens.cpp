@@ -2,7 +2,6 @@
 // flash on the far side can show.
 #include "app/CommandIds.h"
 #include "app/ProgressDlg.h"
-#include "app/WxUserInterface.h"
 #include "bsdl/Idcode.h"
 #include "data/DataFiles.h"
 #include "flash/FlashProgrammer.h"
@@ -10,6 +9,7 @@
 #include "platform/Text.h"
 #include "tests/jtag/FakeLibrary.h"
 #include "tests/screens/Screens.h"
+#include "widgets/WxUserInterface.h"
 
 #include <cstdlib>
 

@@ -1,9 +1,9 @@
-#include "app/ErrorMessageDlg.h"
 #include "bsdl/BsdlParser.h"
 #include "dialogs/BsdlFileDlg.h"
 #include "dialogs/BsdlInfoDlg.h"
 #include "dialogs/BsdlSearchDlg.h"
 #include "tests/screens/Screens.h"
+#include "widgets/ErrorMessageDlg.h"
 
 #include <cstdlib>
 #include <wx/listctrl.h>

@@ -1,5 +1,5 @@
-#include "jtag/CableSettingsDlg.h"
-#include "jtag/StaticPinsDlg.h"
+#include "jtag/ui/CableSettingsDlg.h"
+#include "jtag/ui/StaticPinsDlg.h"
 #include "tests/jtag/FakeDigilent.h"
 #include "tests/jtag/FakeJLink.h"
 #include "tests/jtag/FakePortDriver.h"

@@ -1,11 +1,11 @@
 // Message boxes, the progress dialog, and the dialogs that only tell something.
 #include "app/CommandIds.h"
 #include "app/ProgressDlg.h"
-#include "app/WxUserInterface.h"
 #include "dialogs/GoToOffsetDlg.h"
 #include "dialogs/TextViewerDlg.h"
 #include "tests/screens/Screens.h"
 #include "tests/support/VirtualClock.h"
+#include "widgets/WxUserInterface.h"
 
 namespace {
 

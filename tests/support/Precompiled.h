@@ -1,4 +1,5 @@
-// What nearly every test needs; compiled once for each test program. Sources still include what they use.
+// What nearly every test needs; compiled once for each test program. Sources still include what
+// they use.
 #pragma once
 
 #include <gmock/gmock.h>

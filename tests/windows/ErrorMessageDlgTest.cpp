@@ -1,4 +1,4 @@
-#include "app/ErrorMessageDlg.h"
+#include "widgets/ErrorMessageDlg.h"
 
 #include "tests/windows/support/ModalSteps.h"
 #include "tests/windows/support/UserActions.h"

@@ -1,4 +1,4 @@
-#include "app/Help.h"
+#include "widgets/Help.h"
 
 #include "platform/Paths.h"
 #include "tests/windows/support/ModalSteps.h"

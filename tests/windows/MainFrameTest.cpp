@@ -1,8 +1,8 @@
 #include "app/CommandIds.h"
 #include "app/HexViewCtrl.h"
-#include "app/Product.h"
 #include "flash/FlashProgrammer.h"
 #include "tests/windows/MainWindow.h"
+#include "widgets/Product.h"
 
 #include <wx/uiaction.h>
 

@@ -1,7 +1,6 @@
 // The real main window with a user who answers from lists, on a settings store of its own.
 #pragma once
 
-#include "app/Help.h"
 #include "app/MainFrame.h"
 #include "setup/DesignSetup.h"
 #include "tests/support/RecordingUserInterface.h"
@@ -9,6 +8,7 @@
 #include "tests/windows/support/ModalSteps.h"
 #include "tests/windows/support/RecordingFileChooser.h"
 #include "tests/windows/support/UserActions.h"
+#include "widgets/Help.h"
 
 #include <gtest/gtest.h>
 #include <vector>

@@ -1,9 +1,9 @@
 // The windows in the user's language.
 #include "app/CommandIds.h"
 #include "app/Translations.h"
-#include "app/WxUserInterface.h"
 #include "tests/windows/MainWindow.h"
 #include "tests/windows/support/Languages.h"
+#include "widgets/WxUserInterface.h"
 
 #include <map>
 #include <set>

@@ -1,4 +1,4 @@
-#include "app/WxUserInterface.h"
+#include "widgets/WxUserInterface.h"
 
 #include "tests/windows/support/ModalSteps.h"
 #include "tests/windows/support/UserActions.h"

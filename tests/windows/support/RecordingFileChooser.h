@@ -2,7 +2,7 @@
 // cancelled.
 #pragma once
 
-#include "app/FileChooser.h"
+#include "widgets/FileChooser.h"
 
 #include <deque>
 

@@ -1,8 +1,8 @@
 // One page of the connection settings: the parameters of one kind of cable.
 #pragma once
 
-#include "dialogs/DialogLayout.h"
 #include "jtag/ConnectionSettings.h"
+#include "widgets/DialogLayout.h"
 
 #include <functional>
 #include <vector>

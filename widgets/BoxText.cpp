@@ -1,4 +1,4 @@
-#include "app/BoxText.h"
+#include "widgets/BoxText.h"
 
 #include <algorithm>
 #include <vector>

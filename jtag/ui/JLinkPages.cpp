@@ -1,9 +1,9 @@
-#include "jtag/JLinkPages.h"
+#include "jtag/ui/JLinkPages.h"
 
-#include "dialogs/NumberParsing.h"
 #include "jtag/FrequencyText.h"
 #include "jtag/JLink.h"
 #include "platform/Text.h"
+#include "widgets/NumberParsing.h"
 
 #include <wx/choice.h>
 #include <wx/textctrl.h>

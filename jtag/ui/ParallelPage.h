@@ -1,7 +1,7 @@
 // The connection settings of the parallel-port cables.
 #pragma once
 
-#include "jtag/CablePage.h"
+#include "jtag/ui/CablePage.h"
 
 class wxTextCtrl;
 

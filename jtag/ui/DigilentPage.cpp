@@ -1,4 +1,4 @@
-#include "jtag/DigilentPage.h"
+#include "jtag/ui/DigilentPage.h"
 
 #include "jtag/DigilentAdept.h"
 #include "platform/Text.h"

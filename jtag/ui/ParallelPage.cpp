@@ -1,7 +1,7 @@
-#include "jtag/ParallelPage.h"
+#include "jtag/ui/ParallelPage.h"
 
-#include "dialogs/NumberParsing.h"
 #include "jtag/LptPorts.h"
+#include "widgets/NumberParsing.h"
 
 #include <wx/choice.h>
 #include <wx/stattext.h>

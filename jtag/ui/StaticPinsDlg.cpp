@@ -1,7 +1,7 @@
-#include "jtag/StaticPinsDlg.h"
+#include "jtag/ui/StaticPinsDlg.h"
 
-#include "dialogs/NumberParsing.h"
 #include "platform/UserInterface.h"
+#include "widgets/NumberParsing.h"
 
 #include <algorithm>
 #include <wx/button.h>

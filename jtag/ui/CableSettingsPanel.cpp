@@ -1,11 +1,11 @@
-#include "jtag/CableSettingsPanel.h"
+#include "jtag/ui/CableSettingsPanel.h"
 
 #include "jtag/CableFactory.h"
-#include "jtag/DigilentPage.h"
-#include "jtag/Ftd2xxPage.h"
-#include "jtag/JLinkPages.h"
-#include "jtag/ParallelPage.h"
-#include "jtag/UsbBlasterPage.h"
+#include "jtag/ui/DigilentPage.h"
+#include "jtag/ui/Ftd2xxPage.h"
+#include "jtag/ui/JLinkPages.h"
+#include "jtag/ui/ParallelPage.h"
+#include "jtag/ui/UsbBlasterPage.h"
 #include "platform/Translation.h"
 
 #include <algorithm>

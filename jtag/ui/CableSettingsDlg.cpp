@@ -1,7 +1,7 @@
-#include "jtag/CableSettingsDlg.h"
+#include "jtag/ui/CableSettingsDlg.h"
 
-#include "dialogs/DialogLayout.h"
-#include "jtag/CableSettingsPanel.h"
+#include "jtag/ui/CableSettingsPanel.h"
+#include "widgets/DialogLayout.h"
 
 OmCableSettingsDlg::OmCableSettingsDlg(wxWindow* parent)
     : wxDialog(parent, wxID_ANY, _("JTAG Connection")), panel_(new OmCableSettingsPanel(this)) {

@@ -1,8 +1,8 @@
 // The list of FT2232 static-pin schemes, and the editor of one scheme.
 #pragma once
 
-#include "dialogs/DialogLayout.h"
 #include "jtag/StaticPinsSchemes.h"
+#include "widgets/DialogLayout.h"
 
 #include <array>
 

@@ -1,7 +1,7 @@
 // The connection settings of a USB-Blaster.
 #pragma once
 
-#include "jtag/CablePage.h"
+#include "jtag/ui/CablePage.h"
 #include "jtag/UsbBlaster.h"
 
 #include <vector>

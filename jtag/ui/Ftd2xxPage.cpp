@@ -1,8 +1,8 @@
-#include "jtag/Ftd2xxPage.h"
+#include "jtag/ui/Ftd2xxPage.h"
 
 #include "jtag/FrequencyText.h"
-#include "jtag/StaticPinsDlg.h"
 #include "jtag/StaticPinsSchemes.h"
+#include "jtag/ui/StaticPinsDlg.h"
 #include "platform/Text.h"
 #include "platform/UserInterface.h"
 

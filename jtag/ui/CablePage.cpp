@@ -1,4 +1,4 @@
-#include "jtag/CablePage.h"
+#include "jtag/ui/CablePage.h"
 
 #include <algorithm>
 #include <wx/button.h>

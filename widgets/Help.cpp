@@ -1,6 +1,6 @@
-#include "app/Help.h"
+#include "widgets/Help.h"
 
-#include "app/Icons.h"
+#include "widgets/Icons.h"
 
 #ifdef __WXMSW__
 #include <wx/msw/helpchm.h>

@@ -1,7 +1,7 @@
-#include "app/ErrorMessageDlg.h"
+#include "widgets/ErrorMessageDlg.h"
 
-#include "app/Icons.h"
-#include "dialogs/DialogLayout.h"
+#include "widgets/DialogLayout.h"
+#include "widgets/Icons.h"
 
 #include <wx/button.h>
 #include <wx/sizer.h>

@@ -1,7 +1,7 @@
 // The connection settings of a J-Link on USB, and of one behind a TCP/IP server.
 #pragma once
 
-#include "jtag/CablePage.h"
+#include "jtag/ui/CablePage.h"
 
 class wxTextCtrl;
 

@@ -1,8 +1,8 @@
 // The connection settings of an FT2232 pod.
 #pragma once
 
-#include "jtag/CablePage.h"
 #include "jtag/Ftd2xx.h"
+#include "jtag/ui/CablePage.h"
 
 #include <vector>
 

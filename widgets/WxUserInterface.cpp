@@ -1,6 +1,6 @@
-#include "app/WxUserInterface.h"
+#include "widgets/WxUserInterface.h"
 
-#include "app/BoxText.h"
+#include "widgets/BoxText.h"
 
 #include <wx/app.h>
 #include <wx/msgdlg.h>

@@ -1,4 +1,4 @@
-#include "jtag/UsbBlasterPage.h"
+#include "jtag/ui/UsbBlasterPage.h"
 
 #include "platform/Text.h"
 

@@ -1,7 +1,7 @@
 // The connection settings of a Digilent JTAG-USB adapter.
 #pragma once
 
-#include "jtag/CablePage.h"
+#include "jtag/ui/CablePage.h"
 
 class OmDigilentPage : public OmCablePage {
   public:
