@@ -4,7 +4,6 @@
 #include "app/MainFrame.h"
 #include "app/ScopedFlag.h"
 #include "dialogs/AboutDlg.h"
-#include "flash/FlashProgrammer.h"
 #include "platform/UserInterface.h"
 #include "platform/Version.h"
 #include "widgets/Help.h"
@@ -115,8 +114,4 @@ void OmMainFrame::OnAbout(wxCommandEvent&) {
     dialog.SetTitle(_("About Velmora Flash Programmer"));
     dialog.SetTexts(kProductName, kVersionText, Translated(kRightsText));
     dialog.ShowModal();
-}
-
-void OmMainFrame::OnJtagReset(wxCommandEvent&) {
-    OmFlashProgrammer::GetInstance().JtagReset();
 }
