@@ -265,27 +265,39 @@ BusCycles Board::TotalBusCycles() const {
     return total;
 }
 
-void Board::KeepContents(const std::string& flash, const std::string& path) {
+FlashModel& Board::ModelNamed(const std::string& flash) {
     FlashSocket* socket = FindFlash(flash);
     if (!socket)
         throw std::runtime_error("there is no flash '" + flash + "'");
+    return socket->Model();
+}
+
+void Board::KeepContents(const std::string& flash, const std::string& path) {
+    std::vector<uint8_t>& bytes = ModelNamed(flash).Bytes();
     keptContents_[flash] = path;
-    std::vector<uint8_t>& bytes = socket->Model().Bytes();
     std::ifstream file(path, std::ios::binary); // none yet: the chip is as it left the factory
     file.read(reinterpret_cast<char*>(bytes.data()), static_cast<std::streamsize>(bytes.size()));
 }
 
+void Board::KeepState(const std::string& flash, const std::string& path) {
+    FlashModel& model = ModelNamed(flash);
+    keptStates_[flash] = path;
+    std::ifstream file(path); // none: the power has just come
+    std::string state;
+    if (std::getline(file, state))
+        model.Restore(state);
+}
+
 void Board::SaveContents() {
-    for (const auto& socket : sockets_) {
-        const auto kept = keptContents_.find(socket->Name());
-        if (kept == keptContents_.end())
-            continue;
-        socket->Model().Settle();
-        const std::vector<uint8_t>& bytes = socket->Model().Bytes();
-        std::ofstream file(kept->second, std::ios::binary);
-        file.write(reinterpret_cast<const char*>(bytes.data()),
-                   static_cast<std::streamsize>(bytes.size()));
+    for (const auto& [flash, path] : keptContents_) {
+        FlashModel& model = ModelNamed(flash);
+        model.Settle();
+        std::ofstream file(path, std::ios::binary);
+        file.write(reinterpret_cast<const char*>(model.Bytes().data()),
+                   static_cast<std::streamsize>(model.Bytes().size()));
     }
+    for (const auto& [flash, path] : keptStates_)
+        std::ofstream(path) << ModelNamed(flash).State() << "\n";
 }
 
 } // namespace vb

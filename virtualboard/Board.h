@@ -83,6 +83,8 @@ class Board : private ChainObserver {
 
     // What happens at the end of the process: flash contents kept in files, by chip name.
     void KeepContents(const std::string& flash, const std::string& path);
+    // The same for what a chip keeps only as long as it has power.
+    void KeepState(const std::string& flash, const std::string& path);
     void SaveContents();
 
   private:
@@ -100,6 +102,7 @@ class Board : private ChainObserver {
     void AfterDataUpdate(const std::vector<std::vector<uint32_t>>& changedCells) override;
     void AfterInstructionChange() override;
 
+    FlashModel& ModelNamed(const std::string& flash);
     NetId NetNamed(const std::string& net);
     void ConnectFlash(NetId net, FlashSocket& socket, const std::string& pin, bool inverted);
     void ConnectDevice(NetId net, size_t device, const std::string& pin);
@@ -124,6 +127,7 @@ class Board : private ChainObserver {
     std::vector<PinOwner> owners_;
     std::set<std::string> wiredPins_; // of devices: each is on one net
     std::map<std::string, std::string> keptContents_;
+    std::map<std::string, std::string> keptStates_;
 };
 
 } // namespace vb

@@ -130,18 +130,23 @@ class Reader {
     void Flash(const Words& words) {
         FlashParameters parameters;
         std::string contents;
+        std::string state;
         for (size_t i = 2; i < words.size(); ++i) {
             const auto [key, value] = SplitOption(words[i]);
             if (key == "model")
                 parameters = FlashByName(value);
             else if (key == "contents")
                 contents = InFolder(value).string();
+            else if (key == "state")
+                state = InFolder(value).string();
             else
                 SetFlashParameter(parameters, key, value);
         }
         board_.AddFlash(words[1], parameters);
         if (!contents.empty())
             board_.KeepContents(words[1], contents);
+        if (!state.empty())
+            board_.KeepState(words[1], state);
     }
 
     void Net(const Words& words) {

@@ -11,7 +11,7 @@ namespace vb {
 
 FlashModel::FlashModel(const FlashParameters& parameters, const BoardClock& clock)
     : parameters_(parameters), clock_(clock), cfi_(MakeCfiTable(parameters)),
-      bytes_(parameters.SizeBytes(), 0xFF) {}
+      bytes_(parameters.SizeBytes(), 0xFF), random_(parameters.seed) {}
 
 uint32_t FlashModel::WordMask() const {
     return static_cast<uint32_t>((uint64_t{1} << parameters_.widthBits) - 1);
@@ -55,13 +55,20 @@ bool FlashModel::IsProtected(uint32_t sector) const {
     return (writeProtect_ && sector == guarded) || protectedSectors_.contains(sector);
 }
 
-bool FlashModel::ProgramWord(uint32_t address, uint32_t value) {
-    address %= parameters_.SizeWords();
-    const auto stuck = faults_.stuckHigh.find(address);
-    const uint32_t unwilling = stuck == faults_.stuckHigh.end() ? 0 : stuck->second;
-    const uint32_t result = Word(address) & (value | unwilling);
-    SetWord(address, result);
-    return result == (value & WordMask());
+uint32_t FlashModel::StuckBits(uint32_t address) const {
+    const auto stuck = faults_.stuckHigh.find(address % parameters_.SizeWords());
+    return stuck == faults_.stuckHigh.end() ? 0 : stuck->second;
+}
+
+void FlashModel::ProgramWord(uint32_t address, uint32_t value) {
+    SetWord(address, Word(address) & (value | StuckBits(address)));
+}
+
+bool FlashModel::CanProgram(uint32_t address, uint32_t value) const {
+    const uint32_t before = Word(address);
+    const bool raises = (value & ~before & WordMask()) != 0;
+    const bool resists = (before & ~value & StuckBits(address)) != 0;
+    return !resists && !(raises && parameters_.raisedBitFails);
 }
 
 void FlashModel::EraseSector(uint32_t sector) {
@@ -73,6 +80,25 @@ uint64_t FlashModel::After(uint64_t microseconds) const {
     if (faults_.neverReady)
         return std::numeric_limits<uint64_t>::max();
     return clock_.Now() + microseconds * faults_.slowFactor * kPicosecondsPerMicrosecond;
+}
+
+// splitmix64: a sequence of its own for each seed, the same in every run.
+uint64_t FlashModel::Random() {
+    random_ += 0x9E3779B97F4A7C15;
+    uint64_t value = random_;
+    value = (value ^ value >> 30) * 0xBF58476D1CE4E5B9;
+    value = (value ^ value >> 27) * 0x94D049BB133111EB;
+    return value ^ value >> 31;
+}
+
+uint64_t FlashModel::AfterAtMost(uint64_t microseconds) {
+    const uint64_t least = parameters_.times.leastPercent;
+    if (least >= 100 || faults_.neverReady)
+        return After(microseconds);
+    constexpr uint64_t kParts = 10'000;
+    const uint64_t parts = least * 100 + Random() % (kParts - least * 100 + 1);
+    return clock_.Now() +
+           microseconds * faults_.slowFactor * parts * (kPicosecondsPerMicrosecond / kParts);
 }
 
 std::unique_ptr<FlashModel> MakeFlash(const FlashParameters& parameters, const BoardClock& clock) {

@@ -10,6 +10,7 @@
 #include <map>
 #include <memory>
 #include <set>
+#include <string>
 #include <vector>
 
 namespace vb {
@@ -63,6 +64,10 @@ class FlashModel {
     // Sectors that refuse to be programmed or erased.
     std::set<uint32_t>& ProtectedSectors() { return protectedSectors_; }
 
+    // What the chip keeps as long as it has power, beside the array: a line of text.
+    virtual std::string State() const = 0;
+    virtual void Restore(const std::string& state) = 0;
+
   protected:
     uint32_t WordMask() const;
     uint32_t SectorOfWord(uint32_t address) const;
@@ -71,23 +76,31 @@ class FlashModel {
 
     uint32_t QueryByte(uint32_t address) const;
     bool IsProtected(uint32_t sector) const;
-    // Clears bits as programming does. False if a bit should be 1 and is 0, or will not become 0.
-    bool ProgramWord(uint32_t address, uint32_t value);
+    // Clears bits as programming does.
+    void ProgramWord(uint32_t address, uint32_t value);
+    // False if a bit should be 1 and is 0, where the chip minds, or will not become 0.
+    bool CanProgram(uint32_t address, uint32_t value) const;
     void EraseSector(uint32_t sector);
 
     bool Expired(uint64_t deadline) const { return clock_.Now() >= deadline; }
 
     uint64_t After(uint64_t microseconds) const;
+    // The same for what takes now more and now less time, and `microseconds` at most.
+    uint64_t AfterAtMost(uint64_t microseconds);
 
     const FlashParameters parameters_;
     const BoardClock& clock_;
     FlashFaults faults_;
 
   private:
+    uint32_t StuckBits(uint32_t address) const;
+    uint64_t Random();
+
     const std::vector<uint8_t> cfi_;
     std::vector<uint8_t> bytes_;
     std::set<uint32_t> protectedSectors_;
     bool writeProtect_ = false;
+    uint64_t random_;
 };
 
 std::unique_ptr<FlashModel> MakeFlash(const FlashParameters& parameters, const BoardClock& clock);

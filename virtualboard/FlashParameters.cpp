@@ -26,6 +26,10 @@ constexpr Named<CfiKind> kCfiKinds[] = {{"full", CfiKind::Full},
                                         {"alternative", CfiKind::Alternative}};
 constexpr Named<LockScheme> kLockSchemes[] = {
     {"none", LockScheme::None}, {"single", LockScheme::Single}, {"together", LockScheme::Together}};
+constexpr Named<Suspends> kSuspends[] = {
+    {"none", Suspends::None}, {"erase", Suspends::Erase}, {"all", Suspends::All}};
+constexpr Named<BypassCommands> kBypassCommands[] = {{"program", BypassCommands::Program},
+                                                     {"all", BypassCommands::All}};
 constexpr Named<bool> kSwitches[] = {{"no", false}, {"yes", true}};
 
 template <typename Value, size_t count>
@@ -96,6 +100,12 @@ const std::vector<Key>& Keys() {
         NumberKey("id", &P::device),
         NumberKey("buffer", &P::bufferBytes),
         ChoiceKey("bypass", &P::unlockBypass, kSwitches),
+        ChoiceKey("bypass-commands", &P::bypassCommands, kBypassCommands),
+        ChoiceKey("suspend", &P::suspends, kSuspends),
+        ChoiceKey("raised-bit-fails", &P::raisedBitFails, kSwitches),
+        ChoiceKey("abort-dq5", &P::abortShowsDq5, kSwitches),
+        NumberKey("status-fill", &P::statusFill),
+        NumberKey("seed", &P::seed),
         ChoiceKey("locks", &P::lockScheme, kLockSchemes),
         ChoiceKey("cfi", &P::cfi, kCfiKinds),
         NumberKey("primary", &P::primaryCode),
@@ -107,6 +117,9 @@ const std::vector<Key>& Keys() {
         TimeKey("window-us", &T::eraseWindowMicroseconds),
         TimeKey("lock-us", &T::lockMicroseconds),
         TimeKey("limit-factor", &T::limitFactor),
+        TimeKey("program-limit-factor", &T::programLimitFactor),
+        TimeKey("suspend-us", &T::suspendMicroseconds),
+        TimeKey("least-percent", &T::leastPercent),
     };
     return kKeys;
 }

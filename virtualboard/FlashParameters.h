@@ -22,6 +22,17 @@ enum class LockScheme {
     Together // one unlock command frees all blocks; locks last over power
 };
 
+// What B0h interrupts on an AMD chip; only 30h goes on.
+enum class Suspends {
+    None,  // ignored
+    Erase, // a sector erase, as on the older chips
+    All,   // and programming, at any address
+};
+enum class BypassCommands {
+    Program, // and the way out
+    All,     // buffer load, sector and chip erase too
+};
+
 struct SectorGroup {
     uint32_t count = 0;
     uint32_t bytes = 0;
@@ -34,7 +45,10 @@ struct FlashTimes {
     uint32_t chipMicroseconds = 1'000'000;
     uint32_t eraseWindowMicroseconds = 50; // AMD: time for further sector erase commands
     uint32_t lockMicroseconds = 20;
-    uint32_t limitFactor = 4; // DQ5 shows after this many times the usual time
+    uint32_t limitFactor = 4;         // DQ5 shows after this many times the usual time
+    uint32_t programLimitFactor = 1;  // the same for a word or buffer that fails
+    uint32_t suspendMicroseconds = 5; // from B0h until the array can be read
+    uint32_t leastPercent = 100; // each program and erase takes from so much of its time to all
 };
 
 struct FlashParameters {
@@ -46,6 +60,12 @@ struct FlashParameters {
     uint32_t device = 0x227E;
     uint32_t bufferBytes = 0; // 0 for none
     bool unlockBypass = true;
+    BypassCommands bypassCommands = BypassCommands::Program;
+    Suspends suspends = Suspends::None;
+    bool raisedBitFails = true; // a 0 that should become 1: DQ5, or an end as if all were well
+    bool abortShowsDq5 = false; // a write-buffer abort sets DQ5 beside DQ1
+    uint32_t statusFill = 0;    // AMD: what the data pins above DQ7 show beside the status
+    uint32_t seed = 1;          // of what varies
     LockScheme lockScheme = LockScheme::Single; // Intel only
     CfiKind cfi = CfiKind::Full;
     uint16_t primaryCode = 0; // 0: what follows from the command set

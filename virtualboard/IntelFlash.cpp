@@ -1,6 +1,7 @@
 #include "virtualboard/IntelFlash.h"
 
 #include <algorithm>
+#include <sstream>
 #include <utility>
 
 namespace vb {
@@ -160,7 +161,7 @@ void IntelFlash::Start(Operation operation, uint32_t block, uint32_t microsecond
     operation_ = operation;
     output_ = Output::Status;
     block_ = block;
-    deadline_ = After(refused ? kRefusedMicroseconds : microseconds);
+    deadline_ = refused ? After(kRefusedMicroseconds) : AfterAtMost(microseconds);
 }
 
 void IntelFlash::Settle() {
@@ -181,8 +182,12 @@ void IntelFlash::FinishProgram() {
         return;
     }
     bool good = !faults_.programFails.contains(block_);
-    for (const BufferedWord& word : buffer_)
-        good = good && ProgramWord(word.address, word.value);
+    for (const BufferedWord& word : buffer_) {
+        if (!good)
+            break;
+        good = CanProgram(word.address, word.value);
+        ProgramWord(word.address, word.value);
+    }
     errors_ |= good ? 0 : kProgramError;
 }
 
@@ -230,6 +235,26 @@ uint32_t IntelFlash::Read(uint32_t address) {
     default:
         return kReady | errors_;
     }
+}
+
+std::string IntelFlash::State() const {
+    std::string text = std::to_string(static_cast<int>(output_)) + " " + std::to_string(errors_);
+    for (const uint32_t block : locked_)
+        text += " " + std::to_string(block);
+    return text;
+}
+
+void IntelFlash::Restore(const std::string& state) {
+    std::istringstream text(state);
+    int output = 0;
+    unsigned errors = 0;
+    if (!(text >> output >> errors))
+        return;
+    output_ = static_cast<Output>(output);
+    errors_ = static_cast<uint8_t>(errors);
+    locked_.clear();
+    for (uint32_t block = 0; text >> block;)
+        locked_.insert(block);
 }
 
 } // namespace vb

@@ -25,6 +25,9 @@ class IntelFlash : public FlashModel {
 
     bool Busy() const override { return operation_ != Operation::None; }
 
+    std::string State() const override;
+    void Restore(const std::string& state) override;
+
     bool IsLocked(uint32_t block) const { return locked_.contains(block); }
 
     void SetLocked(uint32_t block, bool locked);
