@@ -4,6 +4,7 @@
 #include "dialogs/EraseDlg.h"
 #include "dialogs/ProgramDlg.h"
 #include "dialogs/SelectSectorsDlg.h"
+#include "flash/CommandSets.h"
 #include "flash/FlashProgrammer.h"
 #include "flash/TouchedSectors.h"
 #include "platform/UserInterface.h"
@@ -24,7 +25,7 @@ uint32_t GetChipCount() {
 // Sectors are unknown, and there is no command that erases the whole chip.
 bool IsEraseImpossible() {
     const OmFlashProgrammer& programmer = OmFlashProgrammer::GetInstance();
-    return programmer.sectors.IsEmpty() && !IsAmd(programmer.commandSet);
+    return programmer.sectors.IsEmpty() && !CanEraseChip(programmer.commandSet);
 }
 
 OmSectorRange ToChipOffsets(const OmSectorRange& indexes) {

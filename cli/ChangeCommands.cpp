@@ -2,6 +2,7 @@
 #include "cli/Commands.h"
 #include "cli/ConsoleProgress.h"
 #include "cli/FlashAction.h"
+#include "flash/CommandSets.h"
 #include "platform/UserInterface.h"
 
 namespace {
@@ -36,7 +37,8 @@ bool EraseForData(const OmDataImage& image, OmConsoleProgress& progress) {
 // An Intel flash has no command for the whole chip, and its sectors go one by one.
 bool EraseEntire(OmConsoleProgress& progress) {
     OmFlashProgrammer& programmer = OmFlashProgrammer::GetInstance();
-    progress.BeginSteps(IsAmd(programmer.commandSet) ? 0 : programmer.sectors.GetSectorCount());
+    progress.BeginSteps(CanEraseChip(programmer.commandSet) ? 0
+                                                            : programmer.sectors.GetSectorCount());
     return programmer.EraseChip(progress);
 }
 

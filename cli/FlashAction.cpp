@@ -2,6 +2,7 @@
 
 #include "cli/Commands.h"
 #include "data/DataFiles.h"
+#include "flash/CommandSets.h"
 #include "flash/TouchedSectors.h"
 #include "platform/Text.h"
 #include "platform/UserInterface.h"
@@ -83,7 +84,7 @@ bool CheckDataFits(const OmDataImage& image) {
 
 bool IsEraseImpossible() {
     const OmFlashProgrammer& programmer = OmFlashProgrammer::GetInstance();
-    return programmer.sectors.IsEmpty() && !IsAmd(programmer.commandSet);
+    return programmer.sectors.IsEmpty() && !CanEraseChip(programmer.commandSet);
 }
 
 bool FailEraseImpossible() {

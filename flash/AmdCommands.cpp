@@ -1,6 +1,9 @@
 #include "flash/AmdCommands.h"
 
+#include "flash/BulkProgramming.h"
 #include "flash/CommandAddresses.h"
+#include "platform/Translation.h"
+#include "setup/DesignSetup.h"
 
 namespace {
 
@@ -8,7 +11,22 @@ const OmCommandAddresses& Addresses(const OmBusCycleBatch& batch) {
     return GetCommandAddresses(batch.bus->addrCmdShift);
 }
 
+constexpr uint16_t kCfiCodes[] = {2};
+
 } // namespace
+
+extern constinit const OmCommandSetRow kAmdCommandSet = {
+    .words = {OmCommandSet::AmdWord, ForTranslation("AMD (Word-by-Word Prog.)"), kCfiCodes,
+              MakeAmdWords},
+    .buffers = {OmCommandSet::AmdBuffered, ForTranslation("AMD (Buffered Prog.)"), kCfiCodes,
+                MakeAmdBuffers},
+    .setupChoice = kCmdSetAmd,
+    .hasBypass = true,
+    .reset = AmdReset,
+    .readIds = AmdReadId,
+    .eraseSector = AmdEraseSector,
+    .eraseChip = AmdEraseChip,
+};
 
 void AppendAmdUnlock(OmBusCycleBatch& batch) {
     batch.AppendWrite(Addresses(batch).unlock1, OnAllLanes(0xAA));

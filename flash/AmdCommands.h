@@ -4,7 +4,7 @@
 #pragma once
 
 #include "flash/BusCycleBatch.h"
-#include "flash/FlashIds.h"
+#include "flash/CommandSets.h"
 
 #include <cstdint>
 
@@ -39,6 +39,10 @@ OmFlashIds AmdReadId(OmBoundaryScanBus& bus);
 OmFlashResult AmdEraseSector(OmBoundaryScanBus& bus, OmProgressCallback& callback,
                              uint32_t chipOffset);
 OmFlashResult AmdEraseChip(OmBoundaryScanBus& bus, OmProgressCallback& callback);
+
+// The two ways of programming, for the loops of flash/BulkProgramming.h.
+std::unique_ptr<OmBulkCommands> MakeAmdWords(const OmProgramOptions& options);
+std::unique_ptr<OmBulkCommands> MakeAmdBuffers(const OmProgramOptions& options);
 
 // Programs `image`; Done or Stopped. `bypass` halves the scans of a word where the flash knows the
 // unlock bypass mode. `wait` is tuned as it goes, `count` counts the words drawn. The caller has

@@ -161,6 +161,14 @@ class AmdBuffers : public OmBulkCommands {
 
 } // namespace
 
+std::unique_ptr<OmBulkCommands> MakeAmdWords(const OmProgramOptions& options) {
+    return std::make_unique<AmdWords>(options.bypass);
+}
+
+std::unique_ptr<OmBulkCommands> MakeAmdBuffers(const OmProgramOptions& options) {
+    return std::make_unique<AmdBuffers>(options.wordsPerBlock);
+}
+
 OmFlashResult AmdProgramWords(OmBoundaryScanBus& bus, OmProgressCallback& callback,
                               const OmDataImage& image, bool bypass, int& wait, uint32_t& count) {
     return ProgramWithStatus(bus, AmdWords(bypass), callback, image, wait, count);

@@ -1,10 +1,8 @@
 #include "flash/BoundaryScanBus.h"
 
-#include "flash/BusCycleBatch.h"
 #include "flash/TransferFit.h"
 #include "jtag/ChainAnalyzer.h"
 #include "jtag/Exception.h"
-#include "platform/Clock.h"
 #include "platform/Text.h"
 #include "platform/Translation.h"
 
@@ -15,7 +13,6 @@ namespace {
 constexpr int kMaxWaitScans = 10000;
 constexpr double kWaitSeconds = 0.005;
 constexpr double kBatchSeconds = 0.5;
-constexpr unsigned kSettleMilliseconds = 60;
 
 // How many scans of `bits` bits take `seconds` at the frequency of the cable.
 int ScansIn(double seconds, uint32_t frequency, size_t bits) {
@@ -164,24 +161,6 @@ bool OmBoundaryScanBus::MapPinsToCells(const std::vector<OmChainDevice>& chain,
     return mapper.allFound;
 }
 
-void OmBoundaryScanBus::EnterExtest() {
-    analyzer->ResetTap();
-    LoadInstructions(kInstructionPreload);
-    DriveBusIdle(); // into the update latches, while the pins still belong to the core logic
-    LoadInstructions(kInstructionExtest);
-}
-
-void OmBoundaryScanBus::LoadInstructions(int usedDeviceKind) {
-    std::vector<int> kinds(layout.deviceCount, kInstructionBypass);
-    for (size_t device = 0; device < kinds.size(); ++device)
-        if (layout.usedDevices[device])
-            kinds[device] = usedDeviceKind;
-    // Going on would shift pin levels into whatever register happens to be selected.
-    if (!analyzer->LoadInstructions(kinds))
-        throw OmException(Translated("ERROR: the instructions of the JTAG chain cannot be loaded: "
-                                     "the IR length of a device is unknown."));
-}
-
 void OmBoundaryScanBus::ApplyControl(const OmPinCellList& cells, const SignalPin& pin,
                                      uint8_t level, OmBitVector& image) const {
     if (cells.cells.empty())
@@ -282,22 +261,4 @@ int OmBoundaryScanBus::ItemsPerTransfer(int scansPerItem, int extraScans,
         return 1;
     const int cap = ScansIn(kBatchSeconds, analyzer->GetFrequency(), bits);
     return FitItemsToTransfers(cap, scansPerItem, extraScans, perTransfer);
-}
-
-void OmBoundaryScanBus::DriveBusIdle() {
-    OmBusCycleBatch batch(*this);
-    batch.SetCE(1);
-    batch.SetOE(1);
-    batch.SetWE(1);
-    batch.SetAddress(0);
-    batch.ReleaseData();
-    batch.AppendScan(true);
-    batch.RunToCompletion();
-}
-
-void OmBoundaryScanBus::FlushAndSettle(OmBusCycleBatch& batch) {
-    batch.AppendScan(true);
-    batch.RunToCompletion();
-    batch.Clear();
-    GetClock().SleepMilliseconds(kSettleMilliseconds);
 }

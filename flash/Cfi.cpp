@@ -1,9 +1,8 @@
 #include "flash/Cfi.h"
 
-#include "flash/AmdCommands.h"
 #include "flash/BusCycleBatch.h"
 #include "flash/CommandAddresses.h"
-#include "flash/IntelCommands.h"
+#include "flash/CommandSets.h"
 
 #include <algorithm>
 #include <limits>
@@ -21,9 +20,9 @@ constexpr uint32_t kLowestTable = 27;
 constexpr uint32_t kBufferSizeEnd = 44; // first address behind the buffer size
 constexpr uint32_t kRegionsStart = 45;
 
-constexpr uint32_t kNone = std::numeric_limits<uint32_t>::max();
+constexpr uint32_t kSmallestBuffer = 2; // one byte is no buffer
 
-enum PrimarySet : uint32_t { kSetIntelExtended = 1, kSetAmd = 2, kSetIntelStandard = 3 };
+constexpr uint32_t kNone = std::numeric_limits<uint32_t>::max();
 
 // One chip in query mode, read through a pipeline: each scan sets the address of one byte and
 // captures the byte before it.
@@ -91,23 +90,32 @@ uint32_t GetBufferBytes(const OmCfiBuffer& buffer) {
     return tableHoldsIt && exponent < 32 ? uint32_t{1} << exponent : 0;
 }
 
-// How many chips name each command set, and the smallest write buffer.
-struct Census {
-    size_t intelExtended = 0;
-    size_t intelStandard = 0;
-    size_t amd = 0;
-    uint32_t minBufferBytes = kNone;
+bool NamesOneOf(const OmCfiBuffer& buffer, std::span<const uint16_t> codes) {
+    const auto isNamed = [&](uint16_t code) {
+        return GetCfiValue(buffer, kCfiPrimarySet) == code ||
+               GetCfiValue(buffer, kCfiAlternativeSet) == code;
+    };
+    return !buffer.empty() && std::ranges::any_of(codes, isNamed);
+}
 
-    void Count(const OmCfiBuffer& buffer) {
-        const uint32_t primary = GetCfiValue(buffer, kCfiPrimarySet);
-        const uint32_t alternative = GetCfiValue(buffer, kCfiAlternativeSet);
-        const auto either = [=](uint32_t set) { return primary == set || alternative == set; };
-        intelExtended += either(kSetIntelExtended);
-        intelStandard += either(kSetIntelExtended) || either(kSetIntelStandard);
-        amd += either(kSetAmd);
-        minBufferBytes = std::min(minBufferBytes, GetBufferBytes(buffer));
+uint32_t GetSmallestBuffer(std::span<const OmCfiBuffer> chips) {
+    uint32_t smallest = kNone;
+    for (const OmCfiBuffer& chip : chips)
+        smallest = std::min(smallest, GetBufferBytes(chip));
+    return smallest;
+}
+
+// The first form that every chip names, of those that `member` selects from each row.
+OmCommandSet FindFormOf(std::span<const OmCfiBuffer> chips,
+                        OmProgramForm OmCommandSetRow::*member) {
+    for (const OmCommandSetRow* row : GetCommandSets()) {
+        const OmProgramForm& form = row->*member;
+        if (std::ranges::all_of(
+                chips, [&](const OmCfiBuffer& chip) { return NamesOneOf(chip, form.cfiCodes); }))
+            return form.set;
     }
-};
+    return OmCommandSet::Unknown;
+}
 
 struct ChipSectors {
     OmFlashSectorLayout layout;
@@ -158,28 +166,19 @@ void ReadCfi(OmBoundaryScanBus& bus, int chip, OmCfiBuffer& out) {
         reader.ReadRegions(out);
     else
         out.clear();
-    AmdReset(bus);
-    IntelReadArray(bus);
+    ResetInEverySet(bus);
     bus.DriveBusIdle();
 }
 
+// A buffer goes before the order of the sets.
 OmCfiFindings FindCommandSetInCfi(std::span<const OmCfiBuffer> chips) {
-    Census census;
-    for (const OmCfiBuffer& buffer : chips) {
-        if (buffer.empty())
-            break;
-        census.Count(buffer);
+    const uint32_t bufferBytes = GetSmallestBuffer(chips);
+    if (bufferBytes >= kSmallestBuffer) {
+        const OmCommandSet set = FindFormOf(chips, &OmCommandSetRow::buffers);
+        if (set != OmCommandSet::Unknown)
+            return {set, bufferBytes};
     }
-    const bool buffered = census.minBufferBytes >= 2;
-    if (census.intelExtended == chips.size() && buffered)
-        return {OmCommandSet::IntelExtended, census.minBufferBytes};
-    if (census.amd == chips.size() && buffered)
-        return {OmCommandSet::AmdBuffered, census.minBufferBytes};
-    if (census.intelStandard == chips.size())
-        return {OmCommandSet::IntelStandard, 0};
-    if (census.amd == chips.size())
-        return {OmCommandSet::AmdWord, 0};
-    return {};
+    return {FindFormOf(chips, &OmCommandSetRow::words), 0};
 }
 
 bool FindSectorsInCfi(std::span<const OmCfiBuffer> chips, OmFlashSectorLayout& sectors) {

@@ -1,9 +1,10 @@
-// The flash command sets that the program can speak, as detection finds them (CFI primary command
-// set 1 and 2, JESD68).
+// What the program remembers of a flash's command set, and how a command to the flash ended. What a
+// set can do stands in its row (flash/CommandSets.h).
 #pragma once
 
 #include <string>
 
+// One value for each way of programming of each set. Kept by the programmer from action to action.
 enum class OmCommandSet {
     Unknown = 0,
     IntelStandard = 1,
@@ -11,14 +12,6 @@ enum class OmCommandSet {
     AmdWord = 3,
     AmdBuffered = 4,
 };
-
-inline bool IsIntel(OmCommandSet set) {
-    return set == OmCommandSet::IntelStandard || set == OmCommandSet::IntelExtended;
-}
-
-inline bool IsAmd(OmCommandSet set) {
-    return set == OmCommandSet::AmdWord || set == OmCommandSet::AmdBuffered;
-}
 
 // As shown to the user, in the user's language.
 std::wstring GetCommandSetName(OmCommandSet set);

@@ -3,6 +3,7 @@
 #include "flash/FlashProgrammer.h"
 
 #include "flash/BoundaryScanBus.h"
+#include "flash/CommandSets.h"
 #include "flash/Identification.h"
 #include "flash/InstructionTable.h"
 #include "platform/Text.h"
@@ -65,7 +66,7 @@ uint32_t OmFlashProgrammer::GetFlashSizeBytes() const {
 }
 
 bool OmFlashProgrammer::ConfirmIntelCommandSet() {
-    if (IsIntel(commandSet))
+    if (CanLockSectors(commandSet))
         return true;
     return GetUserInterface().ShowMessage(
                Translated("It seems like the connected flash does not support neither Intel "

@@ -1,9 +1,9 @@
 // Read and program, and how every operation opens the bus.
-#include "flash/AmdCommands.h"
 #include "flash/BoundaryScanBus.h"
+#include "flash/BulkProgramming.h"
+#include "flash/CommandSets.h"
 #include "flash/FlashProgrammer.h"
 #include "flash/Identification.h"
-#include "flash/IntelCommands.h"
 #include "platform/Translation.h"
 #include "platform/UserInterface.h"
 
@@ -16,10 +16,8 @@ void OmFlashProgrammer::OpenBus(OmBoundaryScanBus& bus, OmCommandSet mode) {
     bus.BuildFromSetup(setup, setup.devices, ignoredErrors);
     bus.analyzer = analyzer.get();
     bus.EnterExtest();
-    if (IsIntel(mode))
-        IntelReadArray(bus);
-    else if (IsAmd(mode))
-        AmdReset(bus);
+    if (const OmCommandSetRow* row = FindCommandSet(mode))
+        row->reset(bus);
     else
         ResetFlashModes(bus);
 }
@@ -52,64 +50,8 @@ namespace {
 // of gigabytes, which a damaged CFI table may claim, would be laid out in full.
 constexpr uint32_t kMaxWordsPerBlock = 4096;
 
-// What one command set needs for a program action.
-struct ProgramJob {
-    OmBoundaryScanBus& bus;
-    OmProgressCallback& callback;
-    const OmDataImage& image;
-    bool bypass;
-    unsigned wordsPerBlock;
-    int& wait;
-    uint32_t count = 0; // words drawn from the image
-};
-
 // Without a status read there is nothing to tune the wait by: the next item's own scans are it.
 constexpr int kBlindWait = 0;
-
-struct ProgramMethod {
-    OmCommandSet commandSet;
-    OmFlashResult (*withStatus)(ProgramJob& job);
-    OmFlashResult (*blind)(ProgramJob& job);
-};
-
-constexpr ProgramMethod kProgramMethods[] = {
-    {OmCommandSet::IntelStandard,
-     [](ProgramJob& j) { return IntelProgramWords(j.bus, j.callback, j.image, j.wait, j.count); },
-     [](ProgramJob& j) {
-         return IntelProgramWordsBlind(j.bus, j.callback, j.image, kBlindWait, j.count);
-     }},
-    {OmCommandSet::IntelExtended,
-     [](ProgramJob& j) {
-         return IntelProgramBuffers(j.bus, j.callback, j.image, j.wordsPerBlock, j.wait, j.count);
-     },
-     [](ProgramJob& j) {
-         return IntelProgramBuffersBlind(j.bus, j.callback, j.image, j.wordsPerBlock, kBlindWait,
-                                         j.count);
-     }},
-    {OmCommandSet::AmdWord,
-     [](ProgramJob& j) {
-         return AmdProgramWords(j.bus, j.callback, j.image, j.bypass, j.wait, j.count);
-     },
-     [](ProgramJob& j) {
-         return AmdProgramWordsBlind(j.bus, j.callback, j.image, j.bypass, kBlindWait, j.count);
-     }},
-    {OmCommandSet::AmdBuffered,
-     [](ProgramJob& j) {
-         return AmdProgramBuffers(j.bus, j.callback, j.image, j.wordsPerBlock, j.wait, j.count);
-     },
-     [](ProgramJob& j) {
-         return AmdProgramBuffersBlind(j.bus, j.callback, j.image, j.wordsPerBlock, kBlindWait,
-                                       j.count);
-     }},
-};
-
-// Null for an unknown command set.
-const ProgramMethod* FindProgramMethod(OmCommandSet commandSet) {
-    for (const ProgramMethod& method : kProgramMethods)
-        if (method.commandSet == commandSet)
-            return &method;
-    return nullptr;
-}
 
 struct ProgramFailure {
     OmFlashResult result;
@@ -141,19 +83,19 @@ bool ReportProgram(OmProgressCallback& callback, OmFlashResult result) {
 bool OmFlashProgrammer::ProgramFlash(OmProgressCallback& callback, const OmDataImage& image) {
     return Guarded(&callback, [&] {
         callback.OnProgress(0, Translated("Programming the flash...").c_str());
-        const ProgramMethod* method = FindProgramMethod(commandSet);
-        if (!method)
+        const OmProgramForm* form = FindProgramForm(commandSet);
+        if (!form)
             return true;
         OmBoundaryScanBus bus;
         OpenBus(bus);
         const auto wordSize = static_cast<uint32_t>(setup.WordSize);
-        ProgramJob job{bus,
-                       callback,
-                       image,
-                       setup.UseUnlockBypass,
-                       std::clamp(bufferBytes / wordSize, 1U, kMaxWordsPerBlock),
-                       waitScans};
-        return ReportProgram(callback,
-                             setup.DontCheckStatus ? method->blind(job) : method->withStatus(job));
+        const std::unique_ptr<OmBulkCommands> commands =
+            form->make({setup.UseUnlockBypass && FindCommandSet(commandSet)->hasBypass,
+                        std::clamp(bufferBytes / wordSize, 1U, kMaxWordsPerBlock)});
+        uint32_t count = 0; // words drawn from the image
+        return ReportProgram(
+            callback, setup.DontCheckStatus
+                          ? ProgramBlind(bus, *commands, callback, image, kBlindWait, count)
+                          : ProgramWithStatus(bus, *commands, callback, image, waitScans, count));
     });
 }

@@ -1,8 +1,7 @@
 // Erase, lock and unlock: one loop over sectors, with the texts in tables.
-#include "flash/AmdCommands.h"
 #include "flash/BoundaryScanBus.h"
+#include "flash/CommandSets.h"
 #include "flash/FlashProgrammer.h"
-#include "flash/IntelCommands.h"
 #include "platform/Text.h"
 #include "platform/Translation.h"
 #include "platform/UserInterface.h"
@@ -166,14 +165,12 @@ bool ReportChipErase(OmProgressCallback& callback, OmFlashResult result) {
 bool OmFlashProgrammer::EraseEach(OmProgressCallback& callback, const OmSectorWork& work) {
     return Guarded(&callback, [&] {
         callback.OnProgress(-1, Translated(kEraseTexts.opening).c_str());
-        if (commandSet == OmCommandSet::Unknown)
+        const OmCommandSetRow* row = FindCommandSet(commandSet);
+        if (!row)
             return true;
         OmBoundaryScanBus bus;
         OpenBus(bus);
-        const auto erase = [&](uint32_t offset) {
-            return IsIntel(commandSet) ? IntelEraseBlock(bus, callback, offset)
-                                       : AmdEraseSector(bus, callback, offset);
-        };
+        const auto erase = [&](uint32_t offset) { return row->eraseSector(bus, callback, offset); };
         return Report(callback, RunOverSectors(callback, work, kEraseTexts, erase), kEraseTexts);
     });
 }
@@ -188,10 +185,13 @@ bool OmFlashProgrammer::SetSectorLocks(OmProgressCallback& callback,
     const SectorTexts& texts = lock ? kLockTexts : kUnlockTexts;
     return Guarded(&callback, [&] {
         callback.OnProgress(-1, Translated(texts.opening).c_str());
+        const OmCommandSetRow* row = FindLockingCommandSet(commandSet);
+        if (!row)
+            return true;
         OmBoundaryScanBus bus;
-        OpenBus(bus, OmCommandSet::IntelStandard);
+        OpenBus(bus, row->words.set);
         const auto setLock = [&](uint32_t offset) {
-            return IntelSetBlockLock(bus, callback, lock, offset);
+            return row->setLock(bus, callback, lock, offset);
         };
         return Report(callback, RunOverSectors(callback, WorkOf(chipOffsets), texts, setLock),
                       texts);
@@ -208,16 +208,17 @@ bool OmFlashProgrammer::UnlockSectors(OmProgressCallback& callback,
     return SetSectorLocks(callback, chipOffsets, false);
 }
 
-// Intel flash has no chip erase command.
+// A set without a command for the whole chip has its sectors erased one by one.
 bool OmFlashProgrammer::EraseChip(OmProgressCallback& callback) {
-    if (IsIntel(commandSet))
-        return EraseEach(callback, WorkOf(sectors));
-    if (!IsAmd(commandSet))
+    const OmCommandSetRow* row = FindCommandSet(commandSet);
+    if (!row)
         return false;
+    if (!row->eraseChip)
+        return EraseEach(callback, WorkOf(sectors));
     return Guarded(&callback, [&] {
         callback.OnProgress(-1, Translated("Erasing the entire flash...").c_str());
         OmBoundaryScanBus bus;
         OpenBus(bus);
-        return ReportChipErase(callback, AmdEraseChip(bus, callback));
+        return ReportChipErase(callback, row->eraseChip(bus, callback));
     });
 }

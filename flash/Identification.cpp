@@ -1,11 +1,10 @@
 #include "flash/Identification.h"
 
 #include "data/DataImage.h"
-#include "flash/AmdCommands.h"
 #include "flash/BoundaryScanBus.h"
 #include "flash/CommandAddresses.h"
+#include "flash/CommandSets.h"
 #include "flash/ImageWordCursor.h"
-#include "flash/IntelCommands.h"
 #include "platform/Translation.h"
 #include "platform/UserInterface.h"
 
@@ -47,29 +46,18 @@ bool HasAnswered(const OmBoundaryScanBus& bus, const OmFlashIds& ids, const OmFl
     return ids != array;
 }
 
-// The set without its write buffer.
-OmCommandSet WordByWord(OmCommandSet set) {
-    if (set == OmCommandSet::IntelExtended)
-        return OmCommandSet::IntelStandard;
-    if (set == OmCommandSet::AmdBuffered)
-        return OmCommandSet::AmdWord;
-    return set;
-}
-
 } // namespace
 
-// What the flash says in both languages.
-struct OmFlashIdentifier::Answers {
-    OmFlashIds intel;
-    OmFlashIds amd;
-    bool intelAnswered = false;
-    bool amdAnswered = false;
+// What the flash says in the language of one set.
+struct OmFlashIdentifier::Answer {
+    const OmCommandSetRow* row;
+    OmFlashIds ids;
+    bool answered;
 };
 
 void ResetFlashModes(OmBoundaryScanBus& bus) {
     bus.DriveBusIdle();
-    AmdReset(bus);
-    IntelReadArray(bus);
+    ResetInEverySet(bus);
     bus.DriveBusIdle();
 }
 
@@ -96,36 +84,36 @@ const CfiData& OmFlashIdentifier::EnsureCfi() {
     return cfi;
 }
 
-OmFlashIdentifier::Answers OmFlashIdentifier::ReadIdentifiers() {
+std::vector<OmFlashIdentifier::Answer> OmFlashIdentifier::ReadIdentifiers() {
     const OmBusyCursor busy;
     OmBoundaryScanBus bus;
     EnterNeutralMode(bus);
     const uint32_t identifier = GetCommandAddresses(bus.addrCmdShift).identifier;
     const OmFlashIds array{ReadWord(bus, 0), ReadWord(bus, identifier)};
-    Answers answers;
-    answers.intel = IntelReadId(bus);
-    answers.intelAnswered = HasAnswered(bus, answers.intel, array);
-    ResetFlashModes(bus);
-    answers.amd = AmdReadId(bus);
-    answers.amdAnswered = HasAnswered(bus, answers.amd, array);
-    ResetFlashModes(bus);
+    std::vector<Answer> answers;
+    for (const OmCommandSetRow* row : GetCommandSets()) {
+        const OmFlashIds ids = row->readIds(bus);
+        answers.push_back({row, ids, HasAnswered(bus, ids, array)});
+        ResetFlashModes(bus);
+    }
     return answers;
 }
 
+// The first set that has answered, or that the tables name, is the one.
 bool OmFlashIdentifier::DetectCommandSet(OmDetectedFlash& found) {
     found = {};
     EnsureCfi();
     const OmCfiFindings findings = FindCommandSetInCfi(ChipsOf(setup_, cfi));
     found.commandSet = findings.commandSet;
     found.bufferBytes = findings.bufferBytes;
-    const bool unknown = found.commandSet == OmCommandSet::Unknown;
-    const Answers answers = ReadIdentifiers();
-    if (answers.intelAnswered || IsIntel(found.commandSet)) {
-        found.ids = answers.intel;
-        found.commandSet = unknown ? OmCommandSet::IntelStandard : found.commandSet;
-    } else if (answers.amdAnswered || IsAmd(found.commandSet)) {
-        found.ids = answers.amd;
-        found.commandSet = unknown ? OmCommandSet::AmdWord : found.commandSet;
+    const OmCommandSetRow* named = FindCommandSet(findings.commandSet);
+    for (const Answer& answer : ReadIdentifiers()) {
+        if (!answer.answered && answer.row != named)
+            continue;
+        found.ids = answer.ids;
+        if (!named)
+            found.commandSet = answer.row->words.set;
+        break;
     }
     return found.commandSet != OmCommandSet::Unknown;
 }
@@ -133,9 +121,8 @@ bool OmFlashIdentifier::DetectCommandSet(OmDetectedFlash& found) {
 bool OmFlashIdentifier::EnsureCommandSet(OmCommandSet& commandSet, uint32_t& bufferBytes) {
     if (commandSet != OmCommandSet::Unknown)
         return true;
-    if (setup_.CmdSet != kCmdSetAuto) {
-        commandSet =
-            setup_.CmdSet == kCmdSetIntel ? OmCommandSet::IntelStandard : OmCommandSet::AmdWord;
+    if (const OmCommandSetRow* fixed = FindCommandSetOfSetup(setup_.CmdSet)) {
+        commandSet = fixed->words.set;
         return true;
     }
     OmDetectedFlash found;

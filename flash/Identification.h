@@ -8,6 +8,7 @@
 #include "setup/DesignSetup.h"
 
 #include <cstdint>
+#include <vector>
 
 class OmBoundaryScanBus;
 class OmChainAnalyzer;
@@ -45,10 +46,10 @@ class OmFlashIdentifier {
     CfiData cfi;
 
   private:
-    struct Answers;
+    struct Answer;
 
     void EnterNeutralMode(OmBoundaryScanBus& bus) const;
-    Answers ReadIdentifiers();
+    std::vector<Answer> ReadIdentifiers(); // of every command set
 
     const OmDesignSetup& setup_;
     OmChainAnalyzer& analyzer_;

@@ -1,5 +1,29 @@
 #include "flash/IntelCommands.h"
 
+#include "flash/BulkProgramming.h"
+#include "platform/Translation.h"
+#include "setup/DesignSetup.h"
+
+namespace {
+
+constexpr uint16_t kCfiCodesOfWords[] = {1, 3};
+constexpr uint16_t kCfiCodesOfBuffers[] = {1};
+
+} // namespace
+
+// The family has no command that erases the whole chip.
+extern constinit const OmCommandSetRow kIntelCommandSet = {
+    .words = {OmCommandSet::IntelStandard, ForTranslation("Intel Std (Word-by-Word Prog.)"),
+              kCfiCodesOfWords, MakeIntelWords},
+    .buffers = {OmCommandSet::IntelExtended, ForTranslation("Intel Ext (Buffered Prog.)"),
+                kCfiCodesOfBuffers, MakeIntelBuffers},
+    .setupChoice = kCmdSetIntel,
+    .reset = IntelReadArray,
+    .readIds = IntelReadId,
+    .eraseSector = IntelEraseBlock,
+    .setLock = IntelSetBlockLock,
+};
+
 void IntelReadArray(OmBoundaryScanBus& bus) {
     OmBusCycleBatch batch(bus);
     batch.SelectForWriting();

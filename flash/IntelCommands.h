@@ -4,7 +4,7 @@
 #pragma once
 
 #include "flash/BusCycleBatch.h"
-#include "flash/FlashIds.h"
+#include "flash/CommandSets.h"
 
 #include <cstdint>
 
@@ -43,6 +43,10 @@ OmFlashResult IntelUnlockBlock(OmBoundaryScanBus& bus, OmProgressCallback& callb
                                uint32_t chipOffset);
 OmFlashResult IntelSetBlockLock(OmBoundaryScanBus& bus, OmProgressCallback& callback, bool lock,
                                 uint32_t chipOffset);
+
+// The two ways of programming, for the loops of flash/BulkProgramming.h.
+std::unique_ptr<OmBulkCommands> MakeIntelWords(const OmProgramOptions& options);
+std::unique_ptr<OmBulkCommands> MakeIntelBuffers(const OmProgramOptions& options);
 
 // Programs `image`: Done, Stopped, or FlashError, which here always means a locked block. `wait` is
 // tuned as it goes, `count` counts the words drawn.

@@ -114,6 +114,14 @@ class IntelBuffers : public IntelBulk {
 
 } // namespace
 
+std::unique_ptr<OmBulkCommands> MakeIntelWords(const OmProgramOptions&) {
+    return std::make_unique<IntelWords>();
+}
+
+std::unique_ptr<OmBulkCommands> MakeIntelBuffers(const OmProgramOptions& options) {
+    return std::make_unique<IntelBuffers>(options.wordsPerBlock);
+}
+
 OmFlashResult IntelProgramWords(OmBoundaryScanBus& bus, OmProgressCallback& callback,
                                 const OmDataImage& image, int& wait, uint32_t& count) {
     return ProgramWithStatus(bus, IntelWords(), callback, image, wait, count);

@@ -28,7 +28,8 @@ class ProgrammerFixture : public ::testing::Test {
 
     // As after a successful Prepare for this command set.
     void Ready(OmCommandSet commandSet) {
-        const bool intel = IsIntel(commandSet);
+        const bool intel =
+            commandSet == OmCommandSet::IntelStandard || commandSet == OmCommandSet::IntelExtended;
         for (FakeFlashChip& chip : target.chips)
             chip.family = intel ? FakeFlashFamily::Intel : FakeFlashFamily::Amd;
         programmer.SetDesignSetup(target.MakeSetup(intel ? kCmdSetIntel : kCmdSetAmd));

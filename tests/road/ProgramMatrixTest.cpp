@@ -2,6 +2,7 @@
 // erase, blank check, program, verify and read back, and the chips' own content compared with what
 // objcopy makes of the firmware.
 #include "data/DataFiles.h"
+#include "flash/CommandSets.h"
 #include "tests/road/FirmwareFile.h"
 #include "tests/road/RoadFixture.h"
 
@@ -120,7 +121,7 @@ TEST_P(ProgramMatrix, FirmwareArrives) {
     user.Expect(L"Flash memory is not blank: read 00h at offset 00000h.", kErrorBox);
     EXPECT_FALSE(road.programmer.BlankCheckFlash(road.united, RangesOf(image)));
     const OmSectorRange sectors = road.SectorsOf(image);
-    if (IsIntel(TheMethod().commandSet)) {
+    if (CanLockSectors(TheMethod().commandSet)) {
         ASSERT_TRUE(road.programmer.UnlockSectors(road.progress, sectors));
     }
     ASSERT_TRUE(road.programmer.EraseSectors(road.progress, sectors));
