@@ -5,6 +5,7 @@
 #include "app/MainFrame.h"
 #include "dialogs/BlankCheckDlg.h"
 #include "dialogs/FlashInfoDlg.h"
+#include "dialogs/FlashReportPage.h"
 #include "dialogs/GoToOffsetDlg.h"
 #include "dialogs/ReadDlg.h"
 #include "dialogs/VerifyDlg.h"
@@ -52,10 +53,10 @@ std::vector<OmAddressRange> GetRangesToCheck(const OmBlankCheckDlg& dialog,
 
 void OmMainFrame::OnInfo(wxCommandEvent&) {
     OmFlashProgrammer& programmer = OmFlashProgrammer::GetInstance();
-    std::wstring html;
-    if (!programmer.Prepare(kPrepareFlashCommands) || !programmer.GetFlashInfo(html))
+    OmFlashReport report;
+    if (!programmer.Prepare(kPrepareFlashCommands) || !programmer.GetFlashInfo(report))
         return;
-    OmFlashInfoDlg(this, html).ShowModal();
+    OmFlashInfoDlg(this, MakeFlashReportPage(report)).ShowModal();
 }
 
 // The question about unsaved data comes before anything reaches the cable.

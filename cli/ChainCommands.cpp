@@ -1,7 +1,7 @@
 // The commands that look at the chain, the setup and the flash's own description.
 #include "bsdl/Idcode.h"
 #include "cli/Commands.h"
-#include "cli/HtmlText.h"
+#include "cli/FlashReportText.h"
 #include "flash/FlashProgrammer.h"
 #include "platform/Text.h"
 
@@ -50,10 +50,10 @@ bool RunCheck(const OmCliOptions&, OmConsoleProgress&) {
 
 bool RunInfo(const OmCliOptions&, OmConsoleProgress&) {
     OmFlashProgrammer& programmer = OmFlashProgrammer::GetInstance();
-    std::wstring html;
-    if (!programmer.Prepare(kPrepareFlashCommands) || !programmer.GetFlashInfo(html))
+    OmFlashReport report;
+    if (!programmer.Prepare(kPrepareFlashCommands) || !programmer.GetFlashInfo(report))
         return false;
-    std::fputs(ToLocal(HtmlToText(html)).c_str(), stdout);
+    std::fputs(ToLocal(MakeFlashReportText(report)).c_str(), stdout);
     return true;
 }
 

@@ -1,4 +1,5 @@
-// The page that the Info command shows: what the flash says about itself, a column for each chip.
+// The report of the Info command as data: what the flash says about itself, a column for each chip.
+// The window makes a page of it, the console text.
 #pragma once
 
 #include "flash/Cfi.h"
@@ -14,9 +15,26 @@ struct OmChipInfo {
     OmCfiBuffer cfi; // empty without CFI
 };
 
-// `commandSet` is HTML text. `wordSize` is the data width of one chip in bytes.
-std::wstring FormatFlashInfo(const std::wstring& commandSet, int wordSize,
-                             const std::vector<OmChipInfo>& chips);
+// In the user's language. A value of several lines has a line feed between them.
+struct OmReportRow {
+    std::wstring label;
+    std::vector<std::wstring> values; // by chip
+
+    bool operator==(const OmReportRow&) const = default;
+};
+
+struct OmFlashReport {
+    OmReportRow heading;            // of the columns
+    OmReportRow commandSet;         // one value for the whole array
+    bool commandSetKnown = false;   // the value deserves a warning otherwise
+    std::vector<OmReportRow> chips; // identifiers, and whether there is a CFI table
+    std::wstring cfiTitle;
+    std::vector<OmReportRow> cfi; // as long as the longest table; empty without any
+};
+
+// `wordSize` is the data width of one chip in bytes.
+OmFlashReport MakeFlashReport(OmCommandSet commandSet, int wordSize,
+                              const std::vector<OmChipInfo>& chips);
 
 // The labels of the CFI table, and the values of one chip in their order; a short table gives fewer
 // values.

@@ -111,7 +111,7 @@ std::wstring Regions(const OmCfiBuffer& cfi, const CfiRow& row) {
         return L"1";
     std::wstring text;
     for (size_t r = 0; r < cfi[row.index]; ++r)
-        text += (r == 0 ? L"" : L",<br>") + Region(cfi, kCfiRegions + 4 * r);
+        text += (r == 0 ? L"" : L",\n") + Region(cfi, kCfiRegions + 4 * r);
     return text;
 }
 

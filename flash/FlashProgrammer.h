@@ -20,6 +20,7 @@
 
 class OmBoundaryScanBus;
 class OmDataImage;
+struct OmFlashReport;
 struct OmSectorWork;
 
 // What an action needs; a mask.
@@ -97,7 +98,7 @@ class OmFlashProgrammer {
     bool LockSectors(OmProgressCallback& callback, const OmSectorRange& chipOffsets);
     bool UnlockSectors(OmProgressCallback& callback, const OmSectorRange& chipOffsets);
     bool ConfirmIntelCommandSet();
-    bool GetFlashInfo(std::wstring& html);
+    bool GetFlashInfo(OmFlashReport& report);
 
     // Makes the cable for OpenCable; tests put in their own.
     std::function<std::unique_ptr<OmCable>(OmConnectionSettings&)> createCable = CreateCable;

@@ -24,20 +24,17 @@ std::vector<OmChipInfo> DescribeChips(const OmDesignSetup& setup, const OmFlashI
 } // namespace
 
 // Looks at the flash whatever is known of it; what the object knows is then found anew.
-bool OmFlashProgrammer::GetFlashInfo(std::wstring& html) {
+bool OmFlashProgrammer::GetFlashInfo(OmFlashReport& report) {
     return Guarded(nullptr, [&] {
         OmFlashIdentifier identifier(setup, *analyzer);
         OmDetectedFlash found;
-        const bool known = identifier.DetectCommandSet(found);
+        identifier.DetectCommandSet(found);
         commandSet = OmCommandSet::Unknown;
         identifier.EnsureCommandSet(commandSet, bufferBytes);
         sectorsValid = false;
         identifier.EnsureSectors(sectors, sectorsValid);
-        std::wstring name = GetCommandSetName(found.commandSet);
-        if (!known)
-            name = L"<font color=\"#ce0022\">" + name + L"</font>";
-        html =
-            FormatFlashInfo(name, setup.WordSize, DescribeChips(setup, found.ids, identifier.cfi));
+        report = MakeFlashReport(found.commandSet, setup.WordSize,
+                                 DescribeChips(setup, found.ids, identifier.cfi));
         return true;
     });
 }

@@ -48,7 +48,7 @@ TEST(FlashInfo, DecodesATable) {
         FormatCfiRows(AmdTable()),
         (Rows{L"AMD/Fujitsu Std", L"N/A", L"2.7 V", L"3.6 V", L"N/A", L"N/A", L"16 us", L"32 us",
               L"1024 ms", L"N/A", L"512 us", L"2^32 us", L"16384 ms", L"N/A", L"8388608 Bytes",
-              L"x8/x16 async", L"32 Bytes", L"8 x 8192 Bytes,<br>127 x 65536 Bytes"}));
+              L"x8/x16 async", L"32 Bytes", L"8 x 8192 Bytes,\n127 x 65536 Bytes"}));
 }
 
 TEST(FlashInfo, NamesTheCommandSets) {
@@ -116,8 +116,8 @@ TEST(FlashInfo, FormatsSingleBytes) {
         {27, 1, 16, L"2^261 Bytes"},
         {28, 0, 17, L"1"},
         {28, 1, 17, L"8 x 8192 Bytes"},
-        {31, 0, 17, L"8 x 128 Bytes,<br>127 x 65536 Bytes"},
-        {30, 1, 17, L"264 x 8192 Bytes,<br>127 x 65536 Bytes"},
+        {31, 0, 17, L"8 x 128 Bytes,\n127 x 65536 Bytes"},
+        {30, 1, 17, L"264 x 8192 Bytes,\n127 x 65536 Bytes"},
     };
     for (const Case& c : cases)
         EXPECT_EQ(Row(With(AmdTable(), c.index, c.value), c.row), c.text)
@@ -182,49 +182,33 @@ TEST(FlashInfo, RowsHaveTheirLabels) {
         EXPECT_EQ(GetCfiRowLabel(row), labels[row]);
 }
 
-TEST(FlashInfo, FlashThatAnswersNothingStillGetsAPage) {
+TEST(FlashInfo, FlashThatAnswersNothingStillGetsAReport) {
     SetManufacturerTablePath("");
-    EXPECT_EQ(FormatFlashInfo(L"<font color=\"#ce0022\">Unknown</font>", 2, {{}}),
-              L"<html><body><center>\n"
-              L"<table border=0 cellspacing=1 cellpadding=4 bgcolor=#d0cdbc>\n"
-              L"<tr bgcolor=#ffffff><td width=270 align=center><b>Parameter</b></td>"
-              L"<td width=120 align=center><b>Chip 1 / D15-D0</b></td></tr>\n"
-              L"<tr bgcolor=#f0f0f0><td width=270>Detected Command Set</td>"
-              L"<td colspan=1 align=center><font color=\"#ce0022\">Unknown</font></td></tr>\n"
-              L"<tr bgcolor=#ffffff><td width=270>Manufacturer</td>"
-              L"<td width=120 align=center>00h (Unknown)</td></tr>\n"
-              L"<tr bgcolor=#f0f0f0><td width=270>Device Code</td>"
-              L"<td width=120 align=center>00h</td></tr>\n"
-              L"<tr bgcolor=#ffffff><td width=270>Common Flash Interface (CFI) Compliant</td>"
-              L"<td width=120 align=center>No</td></tr>\n"
-              L"</table>\n"
-              L"</center></body></html>");
+    const OmFlashReport report = MakeFlashReport(OmCommandSet::Unknown, 2, {{}});
+    EXPECT_EQ(report.heading, (OmReportRow{L"Parameter", {L"Chip 1 / D15-D0"}}));
+    EXPECT_EQ(report.commandSet, (OmReportRow{L"Detected Command Set", {L"Unknown"}}));
+    EXPECT_FALSE(report.commandSetKnown);
+    EXPECT_EQ(report.chips, (std::vector<OmReportRow>{
+                                {L"Manufacturer", {L"00h (Unknown)"}},
+                                {L"Device Code", {L"00h"}},
+                                {L"Common Flash Interface (CFI) Compliant", {L"No"}},
+                            }));
+    EXPECT_TRUE(report.cfi.empty());
 }
 
 TEST(FlashInfo, ChipsWithDifferentTablesHaveDifferentColumns) {
     std::vector<uint8_t> shortTable = With(AmdTable(), kPrimaryTable, 27);
     shortTable[kPrimarySet] = 0x03;
-    const std::wstring page = FormatFlashInfo(
-        L"AMD (Word-by-Word Prog.)", 1,
+    const OmFlashReport report = MakeFlashReport(
+        OmCommandSet::AmdWord, 1,
         {{0x01, 0x7E, With(AmdTable(), kPrimaryTable, 28)}, {0x01, 0x7F, shortTable}});
-    EXPECT_NE(
-        page.find(L"<b>Chip 1 / D7-D0</b></td><td width=120 align=center><b>Chip 2 / D15-D8</b>"),
-        std::wstring::npos);
-    EXPECT_NE(page.find(L"<td colspan=2 align=center>AMD (Word-by-Word Prog.)</td>"),
-              std::wstring::npos);
-    EXPECT_NE(page.find(L"<td width=120 align=center>7Eh</td><td width=120 align=center>7Fh</td>"),
-              std::wstring::npos);
-    const size_t second = page.find(L"<br><br>Common");
-    ASSERT_NE(second, std::wstring::npos);
-    EXPECT_EQ(page.substr(second),
-              L"<br><br>Common Flash Interface (CFI) Information\n"
-              L"<table border=0 cellspacing=1 cellpadding=4 bgcolor=#d0cdbc>\n"
-              L"<tr bgcolor=#f0f0f0><td width=270>Primary Command Set</td>"
-              L"<td width=120 align=center>AMD/Fujitsu Std</td>"
-              L"<td width=120 align=center>Intel Std</td></tr>\n"
-              L"<tr bgcolor=#ffffff><td width=270>Alternative Command Set</td>"
-              L"<td width=120 align=center>N/A</td><td width=120 align=center>N/A</td></tr>\n"
-              L"<tr bgcolor=#f0f0f0><td width=270>Vcc Min Program/Erase Voltage</td>"
-              L"<td width=120 align=center>2.7 V</td><td width=120 align=center></td></tr>\n"
-              L"</table>\n</center></body></html>");
+    EXPECT_EQ(report.heading.values, (Rows{L"Chip 1 / D7-D0", L"Chip 2 / D15-D8"}));
+    EXPECT_EQ(report.commandSet.values, (Rows{L"AMD (Word-by-Word Prog.)"}));
+    EXPECT_TRUE(report.commandSetKnown);
+    EXPECT_EQ(report.chips[1], (OmReportRow{L"Device Code", {L"7Eh", L"7Fh"}}));
+    EXPECT_EQ(report.cfi, (std::vector<OmReportRow>{
+                              {L"Primary Command Set", {L"AMD/Fujitsu Std", L"Intel Std"}},
+                              {L"Alternative Command Set", {L"N/A", L"N/A"}},
+                              {L"Vcc Min Program/Erase Voltage", {L"2.7 V", L""}},
+                          }));
 }

@@ -1,3 +1,4 @@
+#include "flash/FlashInfo.h"
 #include "tests/flash/ProgrammerFixture.h"
 
 namespace {
@@ -362,28 +363,28 @@ TEST_F(Operations, DeadChainIsNoticedByTheFirstWordRead) {
 TEST_F(Operations, InfoReportsAFlashThatDoesNotAnswer) {
     programmer.SetDesignSetup(target.MakeSetup(kCmdSetAuto));
     ASSERT_TRUE(programmer.Prepare(kPrepareFlashCommands));
-    std::wstring html;
-    EXPECT_TRUE(programmer.GetFlashInfo(html));
-    EXPECT_NE(html.find(L"<td colspan=2 align=center><font color=\"#ce0022\">Unknown</font></td>"),
-              std::wstring::npos);
-    EXPECT_NE(html.find(L"<td width=120 align=center>00h (Unknown)</td>"), std::wstring::npos);
+    OmFlashReport report;
+    EXPECT_TRUE(programmer.GetFlashInfo(report));
+    EXPECT_EQ(report.commandSet.values, std::vector<std::wstring>{L"Unknown"});
+    EXPECT_EQ(report.heading.values.size(), 2u);
+    EXPECT_EQ(report.chips.front().values.front(), L"00h (Unknown)");
     EXPECT_EQ(programmer.commandSet, OmCommandSet::Unknown);
     EXPECT_TRUE(programmer.sectorsValid) << "from the setup";
 }
 
 TEST_F(Operations, InfoShowsWhatWasFoundAndNotWhatTheSetupSays) {
     Ready(OmCommandSet::AmdWord); // the setup names the set, the flash gives no identifier
-    std::wstring html;
-    EXPECT_TRUE(programmer.GetFlashInfo(html));
-    EXPECT_NE(html.find(L">Unknown</font>"), std::wstring::npos);
+    OmFlashReport report;
+    EXPECT_TRUE(programmer.GetFlashInfo(report));
+    EXPECT_FALSE(report.commandSetKnown);
     EXPECT_EQ(programmer.commandSet, OmCommandSet::AmdWord);
 }
 
 TEST_F(Operations, BrokenConnectionEndsTheInfoWithABox) {
     Ready(OmCommandSet::AmdWord);
     target.callsUntilFailure = 9;
-    std::wstring html;
+    OmFlashReport report;
     ui.Expect(L"The pod has gone.", kErrorBox);
-    EXPECT_FALSE(programmer.GetFlashInfo(html));
+    EXPECT_FALSE(programmer.GetFlashInfo(report));
     ExpectClosed();
 }

@@ -1,5 +1,6 @@
 // Boards that are wired otherwise, and chips that say less of themselves: each is erased,
 // programmed and verified.
+#include "flash/FlashInfo.h"
 #include "tests/road/RoadFixture.h"
 #include "tests/support/TemporaryFolder.h"
 
@@ -170,17 +171,19 @@ TEST(Board, InfoReadsTheChipsTable) {
     road.programmer.commandSet = OmCommandSet::IntelStandard; // what was known is found anew
     road.programmer.sectors.groups = {{1, 128}};
     road.programmer.sectorsValid = true;
-    std::wstring html;
-    ASSERT_TRUE(road.programmer.GetFlashInfo(html));
-    for (const wchar_t* part :
-         {L"<b>Chip 2 / D31-D16</b>", L"<td colspan=2 align=center>AMD (Buffered Prog.)</td>",
-          L"<td width=120 align=center>01h (", L"<td width=120 align=center>7Eh</td>",
-          L"Compliant</td><td width=120 align=center>Yes</td><td width=120 align=center>Yes</td>",
-          L"<td width=120 align=center>AMD/Fujitsu Std</td>",
-          L"<td width=120 align=center>64 Bytes</td>",
-          L"<td width=120 align=center>8 x 8192 Bytes,<br>127 x 65536 Bytes</td>"})
-        EXPECT_NE(html.find(part), std::wstring::npos)
-            << std::string(part, part + std::wcslen(part));
+    OmFlashReport report;
+    ASSERT_TRUE(road.programmer.GetFlashInfo(report));
+    using Values = std::vector<std::wstring>;
+    EXPECT_EQ(report.heading.values, (Values{L"Chip 1 / D15-D0", L"Chip 2 / D31-D16"}));
+    EXPECT_EQ(report.commandSet.values, (Values{L"AMD (Buffered Prog.)"}));
+    ASSERT_EQ(report.chips.size(), 3u);
+    EXPECT_TRUE(report.chips[0].values[0].starts_with(L"01h ("));
+    EXPECT_EQ(report.chips[1].values, (Values{L"7Eh", L"7Eh"}));
+    EXPECT_EQ(report.chips[2].values, (Values{L"Yes", L"Yes"}));
+    ASSERT_EQ(report.cfi.size(), 18u);
+    EXPECT_EQ(report.cfi[0].values[0], L"AMD/Fujitsu Std");
+    EXPECT_EQ(report.cfi[16].values[0], L"64 Bytes");
+    EXPECT_EQ(report.cfi[17].values[0], L"8 x 8192 Bytes,\n127 x 65536 Bytes");
     EXPECT_EQ(road.programmer.commandSet, OmCommandSet::AmdBuffered);
     EXPECT_TRUE(road.programmer.sectorsValid);
     EXPECT_EQ(road.programmer.sectors.groups,

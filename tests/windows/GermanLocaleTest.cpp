@@ -78,8 +78,8 @@ TEST_F(GermanMachine, FlashReportIsInGermanWithADecimalPoint) {
     ASSERT_GT(values.size(), 6u);
     EXPECT_EQ(values[2], L"2.7 V");
     EXPECT_EQ(values[6], L"16 µs");
-    EXPECT_NE(FormatFlashInfo(L"AMD", 2, {{0x01, 0x7E, {}}}).find(L"<td width=270>Hersteller</td>"),
-              std::wstring::npos);
+    const OmFlashReport report = MakeFlashReport(OmCommandSet::AmdWord, 2, {{0x01, 0x7E, {}}});
+    EXPECT_EQ(report.chips.front().label, L"Hersteller");
 }
 
 // It is 8-bit text until the window shows it.
