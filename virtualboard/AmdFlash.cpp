@@ -255,7 +255,7 @@ uint32_t AmdFlash::Identifier(uint32_t address) const {
     case 1:
         return parameters_.device;
     case 2:
-        return IsProtected(SectorOfWord(address)) ? 1 : 0;
+        return (parameters_.statusFill & ~0xFFu) | (IsProtected(SectorOfWord(address)) ? 1 : 0);
     default:
         return 0;
     }

@@ -17,8 +17,9 @@ constexpr uint32_t kDq3 = 0x08;
 constexpr uint32_t kDq2 = 0x04;
 constexpr uint32_t kDq1 = 0x02;
 
-// A program of a protected sector is over this soon, with nothing done.
+// An operation on nothing but protected sectors is over this soon, with nothing done and no error.
 constexpr uint32_t kProtectedMicroseconds = 1;
+constexpr uint32_t kProtectedEraseMicroseconds = 100;
 constexpr uint64_t kNever = std::numeric_limits<uint64_t>::max();
 
 } // namespace
@@ -39,9 +40,8 @@ void AmdFlash::StartProgram(uint32_t microseconds) {
                            return CanProgram(word.address, word.value);
                        });
     mode_ = Mode::Programming;
-    running_ = {.mode = mode_,
-                .notDq7 = ~buffer_.back().value & kDq7,
-                .failed = fails && !isProtected};
+    running_ = {
+        .mode = mode_, .notDq7 = ~buffer_.back().value & kDq7, .failed = fails && !isProtected};
     const uint32_t factor = running_.failed ? parameters_.times.programLimitFactor : 1;
     running_.end = isProtected ? After(kProtectedMicroseconds) : AfterAtMost(microseconds * factor);
 }
@@ -49,14 +49,14 @@ void AmdFlash::StartProgram(uint32_t microseconds) {
 void AmdFlash::StartSectorErase(std::set<uint32_t> sectors) {
     const FlashTimes& times = parameters_.times;
     erasing_ = std::move(sectors);
-    StartErase(times.eraseWindowMicroseconds, erasing_.size() * times.sectorMicroseconds);
+    StartErase(times.eraseWindowMicroseconds, uint64_t{erasing_.size()} * times.sectorMicroseconds);
 }
 
 void AmdFlash::StartChipErase() {
     erasing_.clear();
     for (uint32_t i = 0; i < parameters_.SectorCount(); ++i)
         erasing_.insert(erasing_.end(), i);
-    StartErase(0, parameters_.times.chipMicroseconds);
+    StartErase(0, parameters_.ChipEraseMicroseconds());
     running_.wholeChip = true;
 }
 
@@ -67,6 +67,11 @@ void AmdFlash::StartErase(uint64_t window, uint64_t microseconds) {
     running_ = {.mode = mode_};
     running_.failed = std::ranges::any_of(
         erasing_, [this](uint32_t sector) { return faults_.eraseFails.contains(sector); });
+    if (std::ranges::all_of(erasing_, [this](uint32_t sector) { return IsProtected(sector); })) {
+        running_.failed = false;
+        running_.end = After(window + kProtectedEraseMicroseconds);
+        return;
+    }
     const uint32_t factor = running_.failed ? parameters_.times.limitFactor : 1;
     running_.end = AfterAtMost((window + microseconds) * factor);
 }

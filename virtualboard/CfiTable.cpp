@@ -84,7 +84,8 @@ void WriteTimes(TableWriter& table, const FlashParameters& flash) {
     table.Byte(kTypicalTimes, Exponent(times.wordMicroseconds));
     table.Byte(kTypicalTimes + 1, flash.bufferBytes ? Exponent(times.bufferMicroseconds) : 0);
     table.Byte(kTypicalTimes + 2, Exponent(times.sectorMicroseconds / 1000));
-    table.Byte(kTypicalTimes + 3, Exponent(times.chipMicroseconds / 1000));
+    table.Byte(kTypicalTimes + 3,
+               Exponent(static_cast<uint32_t>(flash.ChipEraseMicroseconds() / 1000)));
     for (size_t i = 0; i < 4; ++i)
         table.Byte(kMaximumTimes + i, Exponent(times.limitFactor));
 }

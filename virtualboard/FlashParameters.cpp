@@ -173,6 +173,11 @@ uint32_t FlashParameters::SizeBytes() const {
     return bytes;
 }
 
+uint64_t FlashParameters::ChipEraseMicroseconds() const {
+    return times.chipMicroseconds != 0 ? times.chipMicroseconds
+                                       : uint64_t{SectorCount()} * times.sectorMicroseconds;
+}
+
 unsigned FlashParameters::AddressPins() const {
     return static_cast<unsigned>(std::bit_width(SizeWords() - 1));
 }

@@ -42,7 +42,7 @@ struct FlashTimes {
     uint32_t wordMicroseconds = 10;
     uint32_t bufferMicroseconds = 60;
     uint32_t sectorMicroseconds = 50'000;
-    uint32_t chipMicroseconds = 1'000'000;
+    uint32_t chipMicroseconds = 1'000'000; // 0: the sectors' times together
     uint32_t eraseWindowMicroseconds = 50; // AMD: time for further sector erase commands
     uint32_t lockMicroseconds = 20;
     uint32_t limitFactor = 4;         // DQ5 shows after this many times the usual time
@@ -77,6 +77,8 @@ struct FlashParameters {
     uint32_t WordBytes() const { return widthBits / 8; }
 
     uint32_t SizeWords() const { return SizeBytes() / WordBytes(); }
+
+    uint64_t ChipEraseMicroseconds() const;
 
     unsigned AddressPins() const; // as many as reach every word
     uint32_t SectorCount() const;

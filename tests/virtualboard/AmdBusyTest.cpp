@@ -62,7 +62,7 @@ TEST(AmdBusy, SuspendsProgrammingAtAnyAddressUntilItIsResumed) {
     Bench bench(SlowChip());
     bench.Chip().SetWord(0x20, 0x2020);
     Program(bench, 0x1000, 0x1234);
-    bench.bus.Write(0x3ABCD, 0x77B0);       // the high byte is not looked at
+    bench.bus.Write(0x3ABCD, 0x77B0);        // the high byte is not looked at
     EXPECT_TRUE(Toggles(bench, 0x20, 0x40)); // not at once
     bench.Wait(20);
     EXPECT_EQ(bench.bus.Read(0x20), 0x2020u);
