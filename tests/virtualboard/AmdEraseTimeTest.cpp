@@ -36,6 +36,7 @@ TEST(AmdEraseTime, GrowsWithTheChip) {
         uint32_t busyMicroseconds;
         uint8_t exponent; // of the typical time in the CFI table, in milliseconds
     } cases[] = {{"4x4K", 12'000, 4}, {"16x4K", 48'000, 6}, {"8x8K,127x64K", 405'000, 9}};
+
     for (const auto& row : cases) {
         SCOPED_TRACE(row.sectors);
         Bench bench(Chip(row.sectors));
