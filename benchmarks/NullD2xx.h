@@ -18,14 +18,14 @@ using Handle = void*;
 
 inline int device;
 
-inline uint32_t OM_VENDOR_CALL CreateDeviceInfoList(uint32_t* count) {
+inline uint32_t OM_D2XX_CALL CreateDeviceInfoList(uint32_t* count) {
     *count = 1;
     return 0;
 }
 
-inline uint32_t OM_VENDOR_CALL GetDeviceInfoDetail(uint32_t, uint32_t* flags, uint32_t* type,
-                                                   uint32_t*, uint32_t*, char*, char* description,
-                                                   Handle*) {
+inline uint32_t OM_D2XX_CALL GetDeviceInfoDetail(uint32_t, uint32_t* flags, uint32_t* type,
+                                                 uint32_t*, uint32_t*, char*, char* description,
+                                                 Handle*) {
     *flags = 0;
     *type = 6;
     description[0] = 'A';
@@ -33,50 +33,49 @@ inline uint32_t OM_VENDOR_CALL GetDeviceInfoDetail(uint32_t, uint32_t* flags, ui
     return 0;
 }
 
-inline uint32_t OM_VENDOR_CALL GetDeviceInfo(Handle, uint32_t* type, uint32_t*, char*, char*,
-                                             void*) {
+inline uint32_t OM_D2XX_CALL GetDeviceInfo(Handle, uint32_t* type, uint32_t*, char*, char*, void*) {
     *type = 6;
     return 0;
 }
 
-inline uint32_t OM_VENDOR_CALL OpenEx(void*, uint32_t, Handle* handle) {
+inline uint32_t OM_D2XX_CALL OpenEx(void*, uint32_t, Handle* handle) {
     *handle = &device;
     return 0;
 }
 
-inline uint32_t OM_VENDOR_CALL OnDevice(Handle) {
+inline uint32_t OM_D2XX_CALL OnDevice(Handle) {
     return 0;
 }
 
-inline uint32_t OM_VENDOR_CALL SetNumber(Handle, uint32_t) {
+inline uint32_t OM_D2XX_CALL SetNumber(Handle, uint32_t) {
     return 0;
 }
 
-inline uint32_t OM_VENDOR_CALL SetNumbers(Handle, uint32_t, uint32_t) {
+inline uint32_t OM_D2XX_CALL SetNumbers(Handle, uint32_t, uint32_t) {
     return 0;
 }
 
-inline uint32_t OM_VENDOR_CALL SetByte(Handle, uint8_t) {
+inline uint32_t OM_D2XX_CALL SetByte(Handle, uint8_t) {
     return 0;
 }
 
-inline uint32_t OM_VENDOR_CALL SetBytes(Handle, uint8_t, uint8_t) {
+inline uint32_t OM_D2XX_CALL SetBytes(Handle, uint8_t, uint8_t) {
     return 0;
 }
 
-inline uint32_t OM_VENDOR_CALL GetQueueStatus(Handle, uint32_t* waiting) {
+inline uint32_t OM_D2XX_CALL GetQueueStatus(Handle, uint32_t* waiting) {
     *waiting = 0;
     return 0;
 }
 
-inline uint32_t OM_VENDOR_CALL Write(Handle, void* bytes, uint32_t count, uint32_t* done) {
+inline uint32_t OM_D2XX_CALL Write(Handle, void* bytes, uint32_t count, uint32_t* done) {
     benchmark::DoNotOptimize(bytes);
     *done = count;
     return 0;
 }
 
 // TDO stays low.
-inline uint32_t OM_VENDOR_CALL Read(Handle, void* bytes, uint32_t count, uint32_t* done) {
+inline uint32_t OM_D2XX_CALL Read(Handle, void* bytes, uint32_t count, uint32_t* done) {
     std::memset(bytes, 0, count);
     *done = count;
     return 0;

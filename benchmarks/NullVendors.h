@@ -3,7 +3,6 @@
 #pragma once
 
 #include "benchmarks/NullD2xx.h"
-#include "jtag/VendorLibrary.h"
 
 #include <benchmark/benchmark.h>
 #include <cstring>
@@ -17,53 +16,52 @@ namespace null_vendors {
 // The cables look at no more than the low byte of most results, so one width does for all of them.
 using Result = int;
 
-inline const char* OM_VENDOR_CALL OpenJLink() {
+inline const char* OpenJLink() {
     return nullptr;
 }
 
-inline void OM_VENDOR_CALL DoNothing() {}
+inline void DoNothing() {}
 
-inline Result OM_VENDOR_CALL SelectUsb(int) {
+inline Result SelectUsb(int) {
     return 0;
 }
 
-inline void OM_VENDOR_CALL SetHandler(void (*)(const char*)) {}
+inline void SetHandler(void (*)(const char*)) {}
 
-inline Result OM_VENDOR_CALL HasError() {
+inline Result HasError() {
     return 0;
 }
 
-inline void OM_VENDOR_CALL SetSpeed(uint32_t) {}
+inline void SetSpeed(uint32_t) {}
 
-inline void OM_VENDOR_CALL StoreGetRaw(const uint8_t* tdi, uint8_t* tdo, const uint8_t*,
-                                       uint32_t bits) {
+inline void StoreGetRaw(const uint8_t* tdi, uint8_t* tdo, const uint8_t*, uint32_t bits) {
     benchmark::DoNotOptimize(tdi);
     std::memset(tdo, 0, (bits + 7) / 8);
 }
 
-inline void OM_VENDOR_CALL StoreRaw(const uint8_t* tdi, const uint8_t*, uint32_t) {
+inline void StoreRaw(const uint8_t* tdi, const uint8_t*, uint32_t) {
     benchmark::DoNotOptimize(tdi);
 }
 
-inline Result OM_VENDOR_CALL Init(int32_t*) {
+inline Result Init(int32_t*) {
     return 1;
 }
 
-inline Result OM_VENDOR_CALL OpenDigilent(uintptr_t* handle, char*, int32_t*, void*) {
+inline Result OpenDigilent(uintptr_t* handle, char*, int32_t*, void*) {
     *handle = 1;
     return 1;
 }
 
-inline Result OM_VENDOR_CALL Enable(uintptr_t, int32_t*, void*) {
+inline Result Enable(uintptr_t, int32_t*, void*) {
     return 1;
 }
 
-inline Result OM_VENDOR_CALL Close(uintptr_t, int32_t*) {
+inline Result Close(uintptr_t, int32_t*) {
     return 1;
 }
 
-inline Result OM_VENDOR_CALL PutPairs(uintptr_t, int pairs, uint8_t* bytes, int getTdo,
-                                      uint8_t* tdo, int32_t*, void*) {
+inline Result PutPairs(uintptr_t, int pairs, uint8_t* bytes, int getTdo, uint8_t* tdo, int32_t*,
+                       void*) {
     benchmark::DoNotOptimize(bytes);
     if (getTdo)
         std::memset(tdo, 0, (static_cast<size_t>(pairs) + 7) / 8);

@@ -2,7 +2,7 @@
 // own work from the program's.
 #pragma once
 
-#include "jtag/VendorLibrary.h"
+#include "jtag/D2xx.h"
 #include "platform/SharedLibrary.h"
 
 #include <cstdint>
@@ -20,8 +20,7 @@ inline double ThreadSeconds() {
 
 namespace timed_d2xx {
 
-using Transfer = uint32_t(OM_VENDOR_CALL*)(void* handle, void* bytes, uint32_t count,
-                                           uint32_t* done);
+using Transfer = uint32_t(OM_D2XX_CALL*)(void* handle, void* bytes, uint32_t count, uint32_t* done);
 
 inline Transfer boardWrite = nullptr;
 inline Transfer boardRead = nullptr;
@@ -34,11 +33,11 @@ inline uint32_t Time(Transfer transfer, void* handle, void* bytes, uint32_t coun
     return status;
 }
 
-inline uint32_t OM_VENDOR_CALL Write(void* handle, void* bytes, uint32_t count, uint32_t* done) {
+inline uint32_t OM_D2XX_CALL Write(void* handle, void* bytes, uint32_t count, uint32_t* done) {
     return Time(boardWrite, handle, bytes, count, done);
 }
 
-inline uint32_t OM_VENDOR_CALL Read(void* handle, void* bytes, uint32_t count, uint32_t* done) {
+inline uint32_t OM_D2XX_CALL Read(void* handle, void* bytes, uint32_t count, uint32_t* done) {
     return Time(boardRead, handle, bytes, count, done);
 }
 

@@ -5,10 +5,10 @@
 #include "cli/Connection.h"
 #include "cli/ConsoleInterface.h"
 #include "cli/ConsoleProgress.h"
+#include "cli/DeviceChoice.h"
 #include "cli/ExitCodes.h"
 #include "cli/Interrupt.h"
 #include "cli/OptionParser.h"
-#include "cli/PodChoice.h"
 #include "cli/Terminal.h"
 #include "flash/FlashProgrammer.h"
 #include "jtag/LptPorts.h"
@@ -70,7 +70,7 @@ bool LoadSetup(const OmCliOptions& options) {
 
 bool FindPod(const OmCommand& command, const OmCliOptions& options) {
     return !(command.uses & kUsesConnection) ||
-           ChoosePod(options.connection, OmFlashProgrammer::GetInstance().settings);
+           ChooseDevice(options.connection, OmFlashProgrammer::GetInstance().settings);
 }
 
 // A missing port is the one reason that the log does not tell.
@@ -81,7 +81,7 @@ bool HasPort(const OmConnectionSettings& settings) {
            addresses[static_cast<size_t>(settings.lptPort)] != 0;
 }
 
-// Why a pod does not open stands in the log alone.
+// Why a cable does not open stands in the log alone.
 void HintAtLog(const OmCliOptions& options) {
     const OmFlashProgrammer& programmer = OmFlashProgrammer::GetInstance();
     if (!programmer.analyzer || programmer.cable)
@@ -104,7 +104,7 @@ bool FlushReport() {
     return errno == EPIPE ? false : Fail(L"Writing to standard output failed.");
 }
 
-// The pod is closed before the program ends, while what it uses is still there.
+// The cable is closed before the program ends, while what it uses is still there.
 bool RunCommand(const OmCommand& command, const OmCliOptions& options) {
     OmConsoleProgress progress(stderr, ChooseProgressStyle(options.quiet));
     const bool good = (options.setupFile.empty() || LoadSetup(options)) &&

@@ -1,5 +1,6 @@
 #include "cli/Connection.h"
 
+#include "jtag/CableTable.h"
 #include "platform/Text.h"
 
 #include <algorithm>
@@ -9,118 +10,92 @@ namespace {
 
 using Settings = OmConnectionSettings;
 
-// One row a cable. Null members: the cable has no such parameter.
-struct CableRow {
-    const char* name;
-    OmCableType type;
-    int32_t Settings::*frequency;
-    int32_t highestFrequency; // Hz
-    std::string Settings::*serial;
-    std::string Settings::*description;
-    bool hasPort;
-};
+using Role = OmSettingRole;
 
-constexpr int32_t kLowestFrequency = 1000; // Hz, for all that have one
-constexpr int32_t kHighestJLinkNumber = 3;
-constexpr int32_t kHighestTcpPort = 65535;
-
-constexpr CableRow kCables[] = {
-    {"ft2232", OmCableType::Ftd2xx, &Settings::ftd2xxFrequency, 30000000, &Settings::ftd2xxSerial,
-     &Settings::ftd2xxDescription, false},
-    {"usb-blaster", OmCableType::AlteraUsbBlaster, nullptr, 0, &Settings::usbBlasterSerial,
-     &Settings::usbBlasterDescription, false},
-    {"jlink", OmCableType::JLinkUsb, &Settings::jlinkUsbFrequency, 12000000, nullptr, nullptr,
-     false},
-    {"jlink-ip", OmCableType::JLinkIp, &Settings::jlinkIpFrequency, 12000000, nullptr, nullptr,
-     false},
-    {"digilent", OmCableType::DigilentAdept, nullptr, 0, &Settings::digilentId, nullptr, false},
-    {"xilinx3", OmCableType::XilinxParallelCable3, &Settings::lptFrequency, 200000, nullptr,
-     nullptr, true},
-    {"byteblaster", OmCableType::AlteraByteBlasterMV, &Settings::lptFrequency, 200000, nullptr,
-     nullptr, true},
-    {"ispdownload", OmCableType::LatticeParallelIspDownload, &Settings::lptFrequency, 200000,
-     nullptr, nullptr, true},
-    {"wiggler", OmCableType::Wiggler, &Settings::lptFrequency, 200000, nullptr, nullptr, true},
-    {"easyice", OmCableType::EmbestEasyIce, &Settings::lptFrequency, 200000, nullptr, nullptr,
-     true},
-};
-
-const CableRow& FindRow(OmCableType type) {
-    return *std::ranges::find(kCables, type, &CableRow::type);
-}
-
+// The value that the cable keeps for that role, null if it has none.
 template <typename Value>
-bool SetMember(Value Settings::*member, const Value& value, Settings& settings) {
-    if (member)
-        settings.*member = value;
-    return member != nullptr;
+Value* Find(const OmCableRow& row, Role role, Settings& settings) {
+    const OmSetting* setting = row.Find(role);
+    return setting ? setting->Get<Value>(settings) : nullptr;
 }
 
-bool ParseNumber(std::string_view text, int32_t highest, int32_t& number) {
+bool ParseNumber(std::string_view text, const OmSetting& setting, Settings& settings) {
+    int32_t number = 0;
     const char* end = text.data() + text.size();
     const auto [stop, error] = std::from_chars(text.data(), end, number);
-    return error == std::errc{} && stop == end && number >= 0 && number <= highest;
+    if (error != std::errc{} || stop != end || !setting.Allows(number))
+        return false;
+    *setting.Get<int32_t>(settings) = number;
+    return true;
 }
 
 // One option each: what is wrong with its value, if anything is; nullopt if the cable has no such
 // option.
 using Refusal = std::optional<std::string>;
 
-Refusal SetFrequency(const CableRow& row, int32_t hertz, Settings& settings) {
-    if (!SetMember(row.frequency, hertz, settings))
+template <typename Value>
+Refusal SetValue(const OmCableRow& row, Role role, const Value& value, Settings& settings) {
+    Value* place = Find<Value>(row, role, settings);
+    if (!place)
         return std::nullopt;
-    if (hertz >= kLowestFrequency && hertz <= row.highestFrequency)
-        return "";
-    return OmFormat("the cable %s takes %d to %d Hz", row.name, kLowestFrequency,
-                    row.highestFrequency);
+    *place = value;
+    return "";
 }
 
-// The number of a J-Link on USB stands for its serial number.
-Refusal SetSerial(const CableRow& row, const std::string& serial, Settings& settings) {
-    if (row.type == OmCableType::JLinkUsb)
-        return ParseNumber(serial, kHighestJLinkNumber, settings.jlinkUsbNumber)
-                   ? ""
-                   : OmFormat("a jlink has a number from 0 to %d, not '%s'", kHighestJLinkNumber,
-                              serial.c_str());
-    return SetMember(row.serial, serial, settings) ? Refusal("") : std::nullopt;
+Refusal SetFrequency(const OmCableRow& row, int32_t hertz, Settings& settings) {
+    const OmSetting* frequency = row.Find(Role::Frequency);
+    if (!frequency || frequency->Allows(hertz))
+        return SetValue(row, Role::Frequency, hertz, settings);
+    return OmFormat("the cable %s takes %d to %d Hz", row.consoleName, frequency->lowest,
+                    frequency->highest);
 }
 
-Refusal SetDescription(const CableRow& row, const std::string& text, Settings& settings) {
-    return SetMember(row.description, text, settings) ? Refusal("") : std::nullopt;
+// A number may stand for the serial number.
+Refusal SetSerial(const OmCableRow& row, const std::string& serial, Settings& settings) {
+    const OmSetting* number = row.Find(Role::Number);
+    if (!number)
+        return SetValue(row, Role::Serial, serial, settings);
+    return ParseNumber(serial, *number, settings)
+               ? ""
+               : OmFormat("a %s has a number from %d to %d, not '%s'", row.consoleName,
+                          number->lowest, number->highest, serial.c_str());
 }
 
-Refusal SetServer(const CableRow& row, const std::string& server, Settings& settings) {
-    if (row.type != OmCableType::JLinkIp)
-        return std::nullopt;
+Refusal SetDescription(const OmCableRow& row, const std::string& text, Settings& settings) {
+    return SetValue(row, Role::Description, text, settings);
+}
+
+Refusal SetServer(const OmCableRow& row, const std::string& server, Settings& settings) {
+    const OmSetting* port = row.Find(Role::TcpPort);
     const size_t colon = server.rfind(':');
-    settings.jlinkIpHost = server.substr(0, colon);
-    if (settings.jlinkIpHost.empty())
+    const std::string host = server.substr(0, colon);
+    if (!port || !SetValue(row, Role::Host, host, settings))
+        return std::nullopt;
+    if (host.empty())
         return "'" + server + "' names no host";
-    if (colon == std::string::npos || ParseNumber(std::string_view(server).substr(colon + 1),
-                                                  kHighestTcpPort, settings.jlinkIpPort))
+    if (colon == std::string::npos ||
+        ParseNumber(std::string_view(server).substr(colon + 1), *port, settings))
         return "";
     return "'" + server + "' does not end with the number of a port";
 }
 
-Refusal SetPort(const CableRow& row, int32_t port, Settings& settings) {
-    settings.lptPort = port;
-    return row.hasPort ? Refusal("") : std::nullopt;
+Refusal SetPort(const OmCableRow& row, int32_t port, Settings& settings) {
+    return SetValue(row, Role::ParallelPort, port, settings);
 }
 
-Refusal SetAdaptiveClocking(const CableRow& row, bool adaptive, Settings& settings) {
-    settings.ftd2xxAdaptiveClocking = adaptive;
-    return row.type == OmCableType::Ftd2xx ? Refusal("") : std::nullopt;
+Refusal SetAdaptiveClocking(const OmCableRow& row, bool adaptive, Settings& settings) {
+    return SetValue(row, Role::AdaptiveClocking, adaptive, settings);
 }
 
 // Puts in one option, if it was given; false with a text if it cannot be.
 template <typename Value, typename Set>
 bool ApplyOption(const char* option, const std::optional<Value>& value, Set set,
-                 const CableRow& row, Settings& settings, std::string& error) {
+                 const OmCableRow& row, Settings& settings, std::string& error) {
     if (!value)
         return true;
     const Refusal refusal = set(row, *value, settings);
     if (!refusal)
-        error = std::string(option) + " does not suit the cable " + row.name;
+        error = std::string(option) + " does not suit the cable " + row.consoleName;
     else if (!refusal->empty())
         error = std::string(option) + ": " + *refusal;
     return error.empty();
@@ -129,22 +104,25 @@ bool ApplyOption(const char* option, const std::optional<Value>& value, Set set,
 } // namespace
 
 std::optional<OmCableType> FindCable(const std::string& name) {
-    const auto row = std::ranges::find(kCables, name, &CableRow::name);
-    return row == std::end(kCables) ? std::nullopt : std::optional(row->type);
+    const auto rows = GetCableRows();
+    const auto row = std::ranges::find(rows, name, &OmCableRow::consoleName);
+    return row == rows.end() ? std::nullopt : std::optional(row->type);
 }
 
 std::string GetCableName(OmCableType type) {
-    return FindRow(type).name;
+    const OmCableRow* row = FindCableRow(type);
+    return row ? row->consoleName : "";
 }
 
 bool HasParallelPort(OmCableType type) {
-    return FindRow(type).hasPort;
+    const OmCableRow* row = FindCableRow(type);
+    return row && row->Find(Role::ParallelPort);
 }
 
 std::string ListCableNames() {
     std::string names;
-    for (const CableRow& row : kCables)
-        names += (names.empty() ? "" : ", ") + std::string(row.name);
+    for (const OmCableRow* row : SortCableRows(&OmCableRow::consolePlace))
+        names += (names.empty() ? "" : ", ") + std::string(row->consoleName);
     return names;
 }
 
@@ -152,11 +130,11 @@ bool ApplyConnection(const OmConnectionChoice& choice, OmConnectionSettings& set
                      std::string& error) {
     if (choice.cable)
         settings.cableType = *choice.cable;
-    const CableRow& row = FindRow(settings.cableType);
+    const OmCableRow* row = FindCableRow(settings.cableType);
     const auto apply = [&](const char* option, const auto& value, auto set) {
-        return ApplyOption(option, value, set, row, settings, error);
+        return ApplyOption(option, value, set, *row, settings, error);
     };
-    return apply("--frequency", choice.frequency, SetFrequency) &&
+    return row && apply("--frequency", choice.frequency, SetFrequency) &&
            apply("--serial", choice.serial, SetSerial) &&
            apply("--description", choice.description, SetDescription) &&
            apply("--server", choice.server, SetServer) &&

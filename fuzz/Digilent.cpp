@@ -43,54 +43,48 @@ void GiveTdo(int clocks, int getTdo, uint8_t* tdo) {
 }
 
 struct Exported {
-    static Result OM_VENDOR_CALL Init(ErrorCode* error) { return pod->Succeeds(error); }
+    static Result Init(ErrorCode* error) { return pod->Succeeds(error); }
 
-    static void OM_VENDOR_CALL Term() {
-        Check(!pod->isOpen, "everything is closed before the library ends");
-    }
+    static void Term() { Check(!pod->isOpen, "everything is closed before the library ends"); }
 
-    static void OM_VENDOR_CALL StartConfigureDevices(void*, ErrorCode* error) {
-        pod->Succeeds(error);
-    }
+    static void StartConfigureDevices(void*, ErrorCode* error) { pod->Succeeds(error); }
 
-    static int OM_VENDOR_CALL GetDevCount(ErrorCode* error) {
+    static int GetDevCount(ErrorCode* error) {
         pod->Succeeds(error);
         return pod->input.ConsumeIntegral<int>();
     }
 
-    static Result OM_VENDOR_CALL GetDevName(int, char* name, ErrorCode* error) {
+    static Result GetDevName(int, char* name, ErrorCode* error) {
         pod->FillText({name, 1024});
         return pod->Succeeds(error);
     }
 
-    static Result OM_VENDOR_CALL OpenJtag(Handle* handle, char*, ErrorCode* error, void*) {
+    static Result OpenJtag(Handle* handle, char*, ErrorCode* error, void*) {
         *handle = kInterface;
         pod->isOpen = pod->Succeeds(error) != 0;
         return pod->isOpen ? 1 : 0;
     }
 
-    static Result OM_VENDOR_CALL CloseJtag(Handle handle, ErrorCode* error) {
+    static Result CloseJtag(Handle handle, ErrorCode* error) {
         const Result result = SucceedsOn(handle, error);
         pod->isOpen = false;
         return result;
     }
 
-    static Result OM_VENDOR_CALL EnableJtag(Handle handle, ErrorCode* error, void*) {
+    static Result EnableJtag(Handle handle, ErrorCode* error, void*) {
         return SucceedsOn(handle, error);
     }
 
-    static Result OM_VENDOR_CALL DisableJtag(Handle handle, ErrorCode* error) {
-        return SucceedsOn(handle, error);
-    }
+    static Result DisableJtag(Handle handle, ErrorCode* error) { return SucceedsOn(handle, error); }
 
-    static Result OM_VENDOR_CALL PutTdiBits(Handle handle, int bits, uint8_t*, int, int getTdo,
-                                            uint8_t* tdo, ErrorCode* error, void*) {
+    static Result PutTdiBits(Handle handle, int bits, uint8_t*, int, int getTdo, uint8_t* tdo,
+                             ErrorCode* error, void*) {
         GiveTdo(bits, getTdo, tdo);
         return SucceedsOn(handle, error);
     }
 
-    static Result OM_VENDOR_CALL PutTmsTdiBits(Handle handle, int pairs, uint8_t*, int getTdo,
-                                               uint8_t* tdo, ErrorCode* error, void*) {
+    static Result PutTmsTdiBits(Handle handle, int pairs, uint8_t*, int getTdo, uint8_t* tdo,
+                                ErrorCode* error, void*) {
         GiveTdo(pairs, getTdo, tdo);
         return SucceedsOn(handle, error);
     }

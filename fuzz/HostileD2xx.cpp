@@ -27,14 +27,14 @@ uint32_t Count(uint32_t good) {
     return pod->Misbehaves() ? pod->input.ConsumeIntegral<uint32_t>() : good;
 }
 
-uint32_t OM_VENDOR_CALL CreateDeviceInfoList(uint32_t* count) {
+uint32_t OM_D2XX_CALL CreateDeviceInfoList(uint32_t* count) {
     *count = Count(pod->input.ConsumeIntegralInRange<uint32_t>(0, 4));
     return Status();
 }
 
-uint32_t OM_VENDOR_CALL GetDeviceInfoDetail(uint32_t, uint32_t* flags, uint32_t* type, uint32_t* id,
-                                            uint32_t* location, char* serial, char* description,
-                                            Handle* handle) {
+uint32_t OM_D2XX_CALL GetDeviceInfoDetail(uint32_t, uint32_t* flags, uint32_t* type, uint32_t* id,
+                                          uint32_t* location, char* serial, char* description,
+                                          Handle* handle) {
     *flags = pod->input.ConsumeIntegralInRange<uint32_t>(0, 3);
     *type = Count(pod->input.ConsumeIntegralInRange<uint32_t>(0, 9));
     *id = pod->input.ConsumeBool() ? 0x09FB6001 : 0x04036010;
@@ -45,15 +45,15 @@ uint32_t OM_VENDOR_CALL GetDeviceInfoDetail(uint32_t, uint32_t* flags, uint32_t*
     return Status();
 }
 
-uint32_t OM_VENDOR_CALL GetDeviceInfo(Handle handle, uint32_t* type, uint32_t*, char* serial,
-                                      char* description, void*) {
+uint32_t OM_D2XX_CALL GetDeviceInfo(Handle handle, uint32_t* type, uint32_t*, char* serial,
+                                    char* description, void*) {
     *type = Count(pod->input.ConsumeIntegralInRange<uint32_t>(0, 9));
     pod->FillText({serial, 16});
     pod->FillText({description, 64});
     return StatusOf(handle);
 }
 
-uint32_t OM_VENDOR_CALL OpenEx(void*, uint32_t, Handle* handle) {
+uint32_t OM_D2XX_CALL OpenEx(void*, uint32_t, Handle* handle) {
     Check(!pod->isOpen, "one device is open at a time");
     if (const uint32_t status = Status(); status != kOk)
         return status;
@@ -62,43 +62,43 @@ uint32_t OM_VENDOR_CALL OpenEx(void*, uint32_t, Handle* handle) {
     return kOk;
 }
 
-uint32_t OM_VENDOR_CALL Close(Handle handle) {
+uint32_t OM_D2XX_CALL Close(Handle handle) {
     const uint32_t status = StatusOf(handle);
     pod->isOpen = false;
     return status;
 }
 
-uint32_t OM_VENDOR_CALL OnDevice(Handle handle) {
+uint32_t OM_D2XX_CALL OnDevice(Handle handle) {
     return StatusOf(handle);
 }
 
-uint32_t OM_VENDOR_CALL SetNumber(Handle handle, uint32_t) {
+uint32_t OM_D2XX_CALL SetNumber(Handle handle, uint32_t) {
     return StatusOf(handle);
 }
 
-uint32_t OM_VENDOR_CALL SetNumbers(Handle handle, uint32_t, uint32_t) {
+uint32_t OM_D2XX_CALL SetNumbers(Handle handle, uint32_t, uint32_t) {
     return StatusOf(handle);
 }
 
-uint32_t OM_VENDOR_CALL SetByte(Handle handle, uint8_t) {
+uint32_t OM_D2XX_CALL SetByte(Handle handle, uint8_t) {
     return StatusOf(handle);
 }
 
-uint32_t OM_VENDOR_CALL SetBytes(Handle handle, uint8_t, uint8_t) {
+uint32_t OM_D2XX_CALL SetBytes(Handle handle, uint8_t, uint8_t) {
     return StatusOf(handle);
 }
 
-uint32_t OM_VENDOR_CALL GetQueueStatus(Handle handle, uint32_t* waiting) {
+uint32_t OM_D2XX_CALL GetQueueStatus(Handle handle, uint32_t* waiting) {
     *waiting = Count(pod->input.ConsumeIntegral<uint8_t>());
     return StatusOf(handle);
 }
 
-uint32_t OM_VENDOR_CALL Write(Handle handle, void*, uint32_t count, uint32_t* done) {
+uint32_t OM_D2XX_CALL Write(Handle handle, void*, uint32_t count, uint32_t* done) {
     *done = Count(count);
     return StatusOf(handle);
 }
 
-uint32_t OM_VENDOR_CALL Read(Handle handle, void* bytes, uint32_t count, uint32_t* done) {
+uint32_t OM_D2XX_CALL Read(Handle handle, void* bytes, uint32_t count, uint32_t* done) {
     const uint32_t given =
         pod->Misbehaves() ? pod->input.ConsumeIntegralInRange<uint32_t>(0, count) : count;
     pod->Fill({static_cast<uint8_t*>(bytes), given});

@@ -9,7 +9,7 @@
 
 namespace {
 
-using Handler = void(OM_VENDOR_CALL*)(const char* text);
+using Handler = void (*)(const char* text);
 
 struct HostileJLink : Pod {
     HostileJLink(const uint8_t* data, size_t size);
@@ -32,39 +32,38 @@ struct HostileJLink : Pod {
 HostileJLink* pod = nullptr; // the library's functions carry no context
 
 struct Exported {
-    static const char* OM_VENDOR_CALL Open() {
+    static const char* Open() {
         pod->Report(pod->onWarning);
         pod->isOpen = !pod->Misbehaves();
         return pod->isOpen ? nullptr : "\xFF?";
     }
 
-    static void OM_VENDOR_CALL Close() {
+    static void Close() {
         Check(pod->isOpen, "only what is open is closed");
         pod->isOpen = false;
     }
 
-    static uint8_t OM_VENDOR_CALL SelectUSB(int) { return pod->Misbehaves(); }
+    static uint8_t SelectUSB(int) { return pod->Misbehaves(); }
 
-    static uint8_t OM_VENDOR_CALL SelectIP(const char*, int) { return pod->Misbehaves(); }
+    static uint8_t SelectIP(const char*, int) { return pod->Misbehaves(); }
 
-    static void OM_VENDOR_CALL SetWarnOutHandler(Handler handler) { pod->onWarning = handler; }
+    static void SetWarnOutHandler(Handler handler) { pod->onWarning = handler; }
 
-    static void OM_VENDOR_CALL SetErrorOutHandler(Handler handler) { pod->onError = handler; }
+    static void SetErrorOutHandler(Handler handler) { pod->onError = handler; }
 
-    static uint8_t OM_VENDOR_CALL HasError() { return pod->Misbehaves(); }
+    static uint8_t HasError() { return pod->Misbehaves(); }
 
-    static void OM_VENDOR_CALL ClrError() { pod->Report(pod->onError); }
+    static void ClrError() { pod->Report(pod->onError); }
 
-    static void OM_VENDOR_CALL SetSpeed(uint32_t) { pod->Report(pod->onWarning); }
+    static void SetSpeed(uint32_t) { pod->Report(pod->onWarning); }
 
-    static void OM_VENDOR_CALL StoreGetRaw(const uint8_t* tdi, uint8_t* tdo, const uint8_t* tms,
-                                           uint32_t bits) {
+    static void StoreGetRaw(const uint8_t* tdi, uint8_t* tdo, const uint8_t* tms, uint32_t bits) {
         Check(pod->isOpen && tdi && tms, "only an open device is used");
         pod->Fill({tdo, (bits + 7) / 8});
         pod->Report(pod->onError);
     }
 
-    static void OM_VENDOR_CALL StoreRaw(const uint8_t* tdi, const uint8_t* tms, uint32_t) {
+    static void StoreRaw(const uint8_t* tdi, const uint8_t* tms, uint32_t) {
         Check(pod->isOpen && tdi && tms, "only an open device is used");
         pod->Report(pod->onError);
     }

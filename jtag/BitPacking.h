@@ -12,7 +12,7 @@ constexpr size_t PackedSize(size_t bits) {
 }
 
 // Sets or clears the packed bits at `firstBit` and above. An element that is not exactly 1 packs as
-// 0. Bits below are kept; what is left of the last byte above becomes 0, and no byte behind it is
+// 0. Bits below are kept; what is left of the last byte above becomes 0, and no byte past it is
 // touched.
 void PackBits(std::span<const uint8_t> bits, uint8_t* packed, size_t firstBit = 0);
 

@@ -1,5 +1,4 @@
-// Turns connection settings into a live cable. A cable is one header, one source and one row of the
-// factory's table.
+// Turns connection settings into a live cable, by the table of cables.
 #pragma once
 
 #include "jtag/Cable.h"

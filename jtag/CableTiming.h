@@ -1,4 +1,4 @@
-// Waits of a few microseconds, as the clock edges of a parallel-port pod need them: too short to
+// Waits of a few microseconds, as the clock edges of a parallel-port cable need them: too short to
 // sleep, so the processor spins on the performance counter.
 #pragma once
 

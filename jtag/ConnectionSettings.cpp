@@ -1,126 +1,58 @@
 #include "jtag/ConnectionSettings.h"
 
+#include "jtag/CableTable.h"
 #include "jtag/LptPorts.h"
 #include "platform/Text.h"
 
 #include <algorithm>
 #include <limits>
-#include <span>
 #include <variant>
+#include <vector>
 #include <wx/confbase.h>
 
 namespace {
 
 using Settings = OmConnectionSettings;
-using Member =
-    std::variant<OmCableType Settings::*, int32_t Settings::*, bool Settings::*,
-                 uint16_t Settings::*, std::string Settings::*, std::wstring Settings::*>;
+using SettingList = std::vector<const OmSetting*>;
 
-// One value of the record and its place in the store.
-struct Field {
-    const char* key;
-    Member member;
-    int32_t lowest = std::numeric_limits<int32_t>::min();
-    int32_t highest = std::numeric_limits<int32_t>::max();
-};
+constexpr OmSetting kCableType{.key = "/ConnCableType",
+                               .member = &Settings::cableType,
+                               .lowest = 0,
+                               .highest = kCableTypeCount - 1};
 
-constexpr Field kCableType{"/ConnCableType", &Settings::cableType, 0, kCableTypeCount - 1};
-constexpr Field kLptPort{"/ConnLptPort", &Settings::lptPort, 0, 2};
-constexpr Field kLptFrequency{"/ConnLptFreq", &Settings::lptFrequency, 1000, 200000};
-constexpr Field kDigilentId{"/ConnDigilentID", &Settings::digilentId};
-constexpr Field kFtd2xxDescription{"/ConnFtd2xxDesc", &Settings::ftd2xxDescription};
-// The name of older versions for the description; read, never written.
-constexpr Field kFtd2xxOldDescription{"/ConnFtd2xxID", &Settings::ftd2xxDescription};
-constexpr Field kFtd2xxSerial{"/ConnFtd2xxSerial", &Settings::ftd2xxSerial};
-constexpr Field kFtd2xxFrequency{"/ConnFtd2xxFreq", &Settings::ftd2xxFrequency, 1000, 30000000};
-constexpr Field kFtd2xxAdaptive{"/ConnFtd2xxAdaptiveClocking", &Settings::ftd2xxAdaptiveClocking};
-constexpr Field kFtd2xxGpioDir{"/ConnFtd2xxGpioDir", &Settings::ftd2xxGpioDir};
-constexpr Field kFtd2xxGpioValue{"/ConnFtd2xxGpioValue", &Settings::ftd2xxGpioValue};
-constexpr Field kFtd2xxScheme{"/ConnFtd2xxGpioSchemeDesc", &Settings::ftd2xxGpioSchemeDesc};
-constexpr Field kJLinkUsbNumber{"/ConnJLinkUsbNum", &Settings::jlinkUsbNumber, 0, 3};
-constexpr Field kJLinkUsbFrequency{"/ConnJLinkUsbFreq", &Settings::jlinkUsbFrequency, 1000,
-                                   12000000};
-constexpr Field kJLinkIpHost{"/ConnJLinkIPHost", &Settings::jlinkIpHost};
-constexpr Field kJLinkIpPort{"/ConnJLinkIPPort", &Settings::jlinkIpPort, 0, 65535};
-constexpr Field kJLinkIpFrequency{"/ConnJLinkIPFreq", &Settings::jlinkIpFrequency, 1000, 12000000};
-constexpr Field kUsbBlasterDescription{"/ConnUsbBlasterDesc", &Settings::usbBlasterDescription};
-constexpr Field kUsbBlasterSerial{"/ConnUsbBlasterSerial", &Settings::usbBlasterSerial};
+void AddSettings(const OmCableRow& row, SettingList& list) {
+    for (const OmSetting& setting : row.settings)
+        if (std::ranges::find(list, &setting) == list.end())
+            list.push_back(&setting);
+}
 
-// Each read falls back on what the record holds, so that the old name of a value must come before
-// the present one.
-constexpr const Field* kReadOrder[] = {
-    &kCableType,
-    &kLptPort,
-    &kLptFrequency,
-    &kFtd2xxFrequency,
-    &kFtd2xxAdaptive,
-    &kFtd2xxGpioDir,
-    &kFtd2xxGpioValue,
-    &kJLinkUsbNumber,
-    &kJLinkUsbFrequency,
-    &kJLinkIpPort,
-    &kJLinkIpFrequency,
-    &kDigilentId,
-    &kFtd2xxOldDescription,
-    &kFtd2xxDescription,
-    &kFtd2xxSerial,
-    &kFtd2xxScheme,
-    &kJLinkIpHost,
-    &kUsbBlasterDescription,
-    &kUsbBlasterSerial,
-};
+bool IsNumber(const OmSetting* setting) {
+    return !std::holds_alternative<std::string Settings::*>(setting->member) &&
+           !std::holds_alternative<std::wstring Settings::*>(setting->member);
+}
 
-constexpr const Field* kWriteOrder[] = {
-    &kCableType,
-    &kLptPort,
-    &kLptFrequency,
-    &kFtd2xxDescription,
-    &kFtd2xxSerial,
-    &kFtd2xxFrequency,
-    &kFtd2xxAdaptive,
-    &kFtd2xxGpioDir,
-    &kFtd2xxGpioValue,
-    &kFtd2xxScheme,
-    &kDigilentId,
-    &kJLinkUsbNumber,
-    &kJLinkUsbFrequency,
-    &kJLinkIpHost,
-    &kJLinkIpPort,
-    &kJLinkIpFrequency,
-    &kUsbBlasterDescription,
-    &kUsbBlasterSerial,
-};
+// By the values of the types, numbers ahead of texts; only the place of an old name ahead of the
+// present one matters.
+SettingList MakeReadOrder() {
+    SettingList list{&kCableType};
+    for (int32_t type = 0; type < kCableTypeCount; ++type)
+        AddSettings(*FindCableRow(static_cast<OmCableType>(type)), list);
+    std::ranges::stable_partition(list, IsNumber);
+    return list;
+}
 
-// What decides about the connection, for each kind of cable.
-constexpr const Field* kParallelFields[] = {&kLptPort, &kLptFrequency};
-constexpr const Field* kDigilentFields[] = {&kDigilentId};
-constexpr const Field* kFtd2xxFields[] = {&kFtd2xxDescription, &kFtd2xxSerial,  &kFtd2xxAdaptive,
-                                          &kFtd2xxFrequency,   &kFtd2xxGpioDir, &kFtd2xxGpioValue,
-                                          &kFtd2xxScheme};
-constexpr const Field* kJLinkUsbFields[] = {&kJLinkUsbNumber, &kJLinkUsbFrequency};
-constexpr const Field* kJLinkIpFields[] = {&kJLinkIpHost, &kJLinkIpPort, &kJLinkIpFrequency};
-constexpr const Field* kUsbBlasterFields[] = {&kUsbBlasterDescription, &kUsbBlasterSerial};
+const SettingList& GetReadOrder() {
+    static const SettingList list = MakeReadOrder();
+    return list;
+}
 
-std::span<const Field* const> RelevantFields(OmCableType type) {
-    switch (type) {
-    case OmCableType::XilinxParallelCable3:
-    case OmCableType::AlteraByteBlasterMV:
-    case OmCableType::LatticeParallelIspDownload:
-    case OmCableType::Wiggler:
-    case OmCableType::EmbestEasyIce:
-        return kParallelFields;
-    case OmCableType::DigilentAdept:
-        return kDigilentFields;
-    case OmCableType::Ftd2xx:
-        return kFtd2xxFields;
-    case OmCableType::JLinkUsb:
-        return kJLinkUsbFields;
-    case OmCableType::JLinkIp:
-        return kJLinkIpFields;
-    case OmCableType::AlteraUsbBlaster:
-        return kUsbBlasterFields;
-    }
-    return {};
+// As the rows stand: a settings file that is a text keeps the order of its lines from version to
+// version, so that two of them can be compared.
+SettingList MakeWriteOrder() {
+    SettingList list{&kCableType};
+    for (const OmCableRow& row : GetCableRows())
+        AddSettings(row, list);
+    return list;
 }
 
 // A number that the member cannot hold becomes one that no range allows.
@@ -171,19 +103,12 @@ bool Write(wxConfigBase& config, const char* key, Number value) {
     return config.Write(key, static_cast<long>(value));
 }
 
-bool IsInRange(const Field& field, const Settings& settings) {
-    const auto inRange = [&field](int32_t value) {
-        return value >= field.lowest && value <= field.highest;
-    };
-    if (const auto* number = std::get_if<int32_t Settings::*>(&field.member))
-        return inRange(settings.*(*number));
-    if (const auto* type = std::get_if<OmCableType Settings::*>(&field.member))
-        return inRange(static_cast<int32_t>(settings.*(*type)));
+bool IsInRange(const OmSetting& setting, const Settings& settings) {
+    if (const auto* number = setting.Get<int32_t>(settings))
+        return setting.Allows(*number);
+    if (const auto* type = setting.Get<OmCableType>(settings))
+        return setting.Allows(static_cast<int32_t>(*type));
     return true;
-}
-
-bool IsParallel(OmCableType type) {
-    return RelevantFields(type).data() == kParallelFields;
 }
 
 // A device's name may hold characters that the store would take for an environment variable.
@@ -204,14 +129,28 @@ class WithoutExpansion {
     bool before_;
 };
 
-void ReadFields(Settings& settings) {
+// Each read falls back on what the record holds: the present name wins over the old one.
+void ReadSetting(const wxConfigBase& config, const OmSetting& setting, Settings& settings) {
+    std::visit(
+        [&](auto member) {
+            if (setting.oldKey)
+                Read(config, setting.oldKey, settings.*member);
+            Read(config, setting.key, settings.*member);
+        },
+        setting.member);
+}
+
+void ReadSettings(Settings& settings) {
     wxConfigBase* config = wxConfigBase::Get();
     if (!config)
         return;
     const WithoutExpansion literally(*config);
-    for (const Field* field : kReadOrder)
-        std::visit([&](auto member) { Read(*config, field->key, settings.*member); },
-                   field->member);
+    for (const OmSetting* setting : GetReadOrder())
+        ReadSetting(*config, *setting, settings);
+}
+
+bool AreEqual(const OmSetting& setting, const Settings& one, const Settings& other) {
+    return std::visit([&](auto member) { return one.*member == other.*member; }, setting.member);
 }
 
 } // namespace
@@ -221,22 +160,21 @@ void OmConnectionSettings::ResetToDefaults() {
 }
 
 bool OmConnectionSettings::IsValid() const {
-    return std::all_of(std::begin(kReadOrder), std::end(kReadOrder),
-                       [this](const Field* field) { return IsInRange(*field, *this); });
+    return std::ranges::all_of(
+        GetReadOrder(), [this](const OmSetting* setting) { return IsInRange(*setting, *this); });
 }
 
 bool OmConnectionSettings::SameConnection(const OmConnectionSettings& other) const {
-    if (cableType != other.cableType)
-        return false;
-    const auto fields = RelevantFields(cableType);
-    return std::all_of(fields.begin(), fields.end(), [&](const Field* field) {
-        return std::visit([&](auto member) { return this->*member == other.*member; },
-                          field->member);
-    });
+    const OmCableRow* row = FindCableRow(cableType);
+    if (cableType != other.cableType || !row)
+        return cableType == other.cableType;
+    return std::ranges::all_of(
+        row->settings, [&](const OmSetting& setting) { return AreEqual(setting, *this, other); });
 }
 
 void OmConnectionSettings::FixLptPort() {
-    if (!IsParallel(cableType))
+    const OmCableRow* row = FindCableRow(cableType);
+    if (!row || !row->Find(OmSettingRole::ParallelPort))
         return;
     uint16_t addresses[3] = {};
     if (!GetLptAddresses(&addresses[0], &addresses[1], &addresses[2]))
@@ -250,7 +188,7 @@ void OmConnectionSettings::FixLptPort() {
 
 void LoadConnectionSettings(OmConnectionSettings& settings) {
     settings.ResetToDefaults();
-    ReadFields(settings);
+    ReadSettings(settings);
     if (!settings.IsValid())
         settings.ResetToDefaults();
     settings.FixLptPort();
@@ -261,7 +199,7 @@ void SaveConnectionSettings(const OmConnectionSettings& settings) {
     if (!config)
         return;
     // The store reports a failed write itself, when it is flushed.
-    for (const Field* field : kWriteOrder)
-        std::visit([&](auto member) { Write(*config, field->key, settings.*member); },
-                   field->member);
+    for (const OmSetting* setting : MakeWriteOrder())
+        std::visit([&](auto member) { Write(*config, setting->key, settings.*member); },
+                   setting->member);
 }

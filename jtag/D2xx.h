@@ -9,6 +9,13 @@
 #include <string>
 #include <vector>
 
+// FTDI declares its functions as WINAPI; on other hosts that means nothing.
+#ifdef _WIN32
+#define OM_D2XX_CALL __stdcall
+#else
+#define OM_D2XX_CALL
+#endif
+
 // D2XX device types.
 inline constexpr uint32_t kD2xxTypeBm = 0;
 inline constexpr uint32_t kD2xxTypeAm = 1;
@@ -31,23 +38,23 @@ struct OmD2xxFunctions {
     using Handle = void*;
     using Status = uint32_t; // 0 is success
 
-    Status(OM_VENDOR_CALL* CreateDeviceInfoList)(uint32_t* count) = nullptr;
-    Status(OM_VENDOR_CALL* GetDeviceInfoDetail)(uint32_t index, uint32_t* flags, uint32_t* type,
-                                                uint32_t* id, uint32_t* location, char* serial,
-                                                char* description, Handle* handle) = nullptr;
-    Status(OM_VENDOR_CALL* GetDeviceInfo)(Handle, uint32_t* type, uint32_t* id, char* serial,
-                                          char* description, void* reserved) = nullptr;
-    Status(OM_VENDOR_CALL* OpenEx)(void* text, uint32_t flags, Handle* handle) = nullptr;
-    Status(OM_VENDOR_CALL* Close)(Handle) = nullptr;
-    Status(OM_VENDOR_CALL* ResetDevice)(Handle) = nullptr;
-    Status(OM_VENDOR_CALL* SetUSBParameters)(Handle, uint32_t inSize, uint32_t outSize) = nullptr;
-    Status(OM_VENDOR_CALL* Purge)(Handle, uint32_t mask) = nullptr;
-    Status(OM_VENDOR_CALL* SetLatencyTimer)(Handle, uint8_t milliseconds) = nullptr;
-    Status(OM_VENDOR_CALL* SetBaudRate)(Handle, uint32_t rate) = nullptr;
-    Status(OM_VENDOR_CALL* SetBitMode)(Handle, uint8_t mask, uint8_t mode) = nullptr;
-    Status(OM_VENDOR_CALL* GetQueueStatus)(Handle, uint32_t* waiting) = nullptr;
-    Status(OM_VENDOR_CALL* Write)(Handle, void* bytes, uint32_t count, uint32_t* done) = nullptr;
-    Status(OM_VENDOR_CALL* Read)(Handle, void* bytes, uint32_t count, uint32_t* done) = nullptr;
+    Status(OM_D2XX_CALL* CreateDeviceInfoList)(uint32_t* count) = nullptr;
+    Status(OM_D2XX_CALL* GetDeviceInfoDetail)(uint32_t index, uint32_t* flags, uint32_t* type,
+                                              uint32_t* id, uint32_t* location, char* serial,
+                                              char* description, Handle* handle) = nullptr;
+    Status(OM_D2XX_CALL* GetDeviceInfo)(Handle, uint32_t* type, uint32_t* id, char* serial,
+                                        char* description, void* reserved) = nullptr;
+    Status(OM_D2XX_CALL* OpenEx)(void* text, uint32_t flags, Handle* handle) = nullptr;
+    Status(OM_D2XX_CALL* Close)(Handle) = nullptr;
+    Status(OM_D2XX_CALL* ResetDevice)(Handle) = nullptr;
+    Status(OM_D2XX_CALL* SetUSBParameters)(Handle, uint32_t inSize, uint32_t outSize) = nullptr;
+    Status(OM_D2XX_CALL* Purge)(Handle, uint32_t mask) = nullptr;
+    Status(OM_D2XX_CALL* SetLatencyTimer)(Handle, uint8_t milliseconds) = nullptr;
+    Status(OM_D2XX_CALL* SetBaudRate)(Handle, uint32_t rate) = nullptr;
+    Status(OM_D2XX_CALL* SetBitMode)(Handle, uint8_t mask, uint8_t mode) = nullptr;
+    Status(OM_D2XX_CALL* GetQueueStatus)(Handle, uint32_t* waiting) = nullptr;
+    Status(OM_D2XX_CALL* Write)(Handle, void* bytes, uint32_t count, uint32_t* done) = nullptr;
+    Status(OM_D2XX_CALL* Read)(Handle, void* bytes, uint32_t count, uint32_t* done) = nullptr;
 };
 
 class OmD2xx {

@@ -11,6 +11,13 @@ namespace {
 // More devices than anybody configures; a library that counts higher is not believed.
 constexpr int kMaxDevices = 1024;
 
+constexpr const char* kLibraryNames[] = {"dpcutil.dll"};
+// The same words for a function that is missing and for a library that will not start.
+constexpr OmLibraryRow kLibrary{
+    .names = kLibraryNames,
+    .loadedAlready = L"OK (already loaded)\n",
+    .incomplete = L"** FAILED *** (not all required exported functions were resolved)\n"};
+
 } // namespace
 
 OmDigilentAdept::OmDigilentAdept() {
@@ -24,26 +31,8 @@ OmDigilentAdept::~OmDigilentAdept() {
         functions_.Term();
 }
 
-bool OmDigilentAdept::Load() {
-    OmLog(L"Loading dpcutil.dll ...  ");
-    if (library_.IsLoaded()) {
-        OmLog(L"OK (already loaded)\n");
-        return true;
-    }
-    if (!library_.Load("dpcutil.dll")) {
-        OmLog(L"*** FAILED *** (LoadLibrary() failed)\n");
-        return false;
-    }
-    if (!LoadFunctions()) {
-        OmLog(L"** FAILED *** (not all required exported functions were resolved)\n");
-        return false;
-    }
-    OmLog(L"OK\n");
-    return true;
-}
-
-bool OmDigilentAdept::LoadFunctions() {
-    const OmEntryPoint table[] = {
+std::vector<OmEntryPoint> OmDigilentAdept::EntryPoints() {
+    return {
         MakeEntryPoint("DpcInit", functions_.Init),
         MakeEntryPoint("DpcTerm", functions_.Term),
         MakeEntryPoint("DvmgStartConfigureDevices", functions_.StartConfigureDevices),
@@ -56,13 +45,13 @@ bool OmDigilentAdept::LoadFunctions() {
         MakeEntryPoint("DpcPutTdiBits", functions_.PutTdiBits),
         MakeEntryPoint("DpcPutTmsTdiBits", functions_.PutTmsTdiBits),
     };
-    if (!library_.Resolve(table))
-        return false;
-    ErrorCode error = 0;
-    if (functions_.Init(&error))
-        return true;
-    library_.Free();
-    return false;
+}
+
+bool OmDigilentAdept::Load() {
+    return library_.LoadAndLog(kLibrary, EntryPoints(), [this] {
+        ErrorCode error = 0;
+        return functions_.Init(&error) != 0;
+    });
 }
 
 int32_t OmDigilentAdept::ConfigureDevices(void* parent) {

@@ -18,7 +18,7 @@ class OmDigilentAdept : public OmCable, public OmJtagHAL {
     OmDigilentAdept(const OmDigilentAdept&) = delete;
     OmDigilentAdept& operator=(const OmDigilentAdept&) = delete;
 
-    // Loads the vendor's library and starts its use. Needed before the three operations behind it
+    // Loads the vendor's library and starts its use. Needed before the three operations after it
     // only.
     bool Load();
 
@@ -55,22 +55,22 @@ class OmDigilentAdept : public OmCable, public OmJtagHAL {
     using ErrorCode = int32_t;
 
     struct Functions {
-        Result(OM_VENDOR_CALL* Init)(ErrorCode*) = nullptr;
-        void(OM_VENDOR_CALL* Term)() = nullptr;
-        void(OM_VENDOR_CALL* StartConfigureDevices)(void* parent, ErrorCode*) = nullptr;
-        int(OM_VENDOR_CALL* GetDevCount)(ErrorCode*) = nullptr;
-        Result(OM_VENDOR_CALL* GetDevName)(int index, char* name, ErrorCode*) = nullptr;
-        Result(OM_VENDOR_CALL* OpenJtag)(Handle*, char* name, ErrorCode*, void*) = nullptr;
-        Result(OM_VENDOR_CALL* CloseJtag)(Handle, ErrorCode*) = nullptr;
-        Result(OM_VENDOR_CALL* EnableJtag)(Handle, ErrorCode*, void*) = nullptr;
-        Result(OM_VENDOR_CALL* DisableJtag)(Handle, ErrorCode*) = nullptr;
-        Result(OM_VENDOR_CALL* PutTdiBits)(Handle, int bits, uint8_t* tdi, int tms, int getTdo,
-                                           uint8_t* tdo, ErrorCode*, void*) = nullptr;
-        Result(OM_VENDOR_CALL* PutTmsTdiBits)(Handle, int pairs, uint8_t* bytes, int getTdo,
-                                              uint8_t* tdo, ErrorCode*, void*) = nullptr;
+        Result (*Init)(ErrorCode*) = nullptr;
+        void (*Term)() = nullptr;
+        void (*StartConfigureDevices)(void* parent, ErrorCode*) = nullptr;
+        int (*GetDevCount)(ErrorCode*) = nullptr;
+        Result (*GetDevName)(int index, char* name, ErrorCode*) = nullptr;
+        Result (*OpenJtag)(Handle*, char* name, ErrorCode*, void*) = nullptr;
+        Result (*CloseJtag)(Handle, ErrorCode*) = nullptr;
+        Result (*EnableJtag)(Handle, ErrorCode*, void*) = nullptr;
+        Result (*DisableJtag)(Handle, ErrorCode*) = nullptr;
+        Result (*PutTdiBits)(Handle, int bits, uint8_t* tdi, int tms, int getTdo, uint8_t* tdo,
+                             ErrorCode*, void*) = nullptr;
+        Result (*PutTmsTdiBits)(Handle, int pairs, uint8_t* bytes, int getTdo, uint8_t* tdo,
+                                ErrorCode*, void*) = nullptr;
     };
 
-    bool LoadFunctions();
+    std::vector<OmEntryPoint> EntryPoints();
     void Close();
     void PutPairs(const OmTmsTdiPairs& pairs, std::vector<uint8_t>* tdo);
     void ScanBatch(std::span<const OmScanVector> vectors, OmCapturedList* captured);

@@ -25,13 +25,9 @@ int LibraryCount(size_t count) {
     return static_cast<int>(count);
 }
 
-// The library samples TDO behind each clock, so that the first bit out goes with the clock that
+// The library samples TDO after each clock, so that the first bit out goes with the clock that
 // enters the Shift state, one clock ahead of the first bit in.
-void AppendScan(OmTmsTdiPairs& pairs, const OmBitVector& in, int to) {
-    pairs.Put(false, true);
-    pairs.PutBits(in);
-    pairs.PutPath(GetPathFromExit1(to));
-}
+constexpr size_t kTdoAhead = 1;
 
 // The bits of one scan for a call that clocks the entry into the Shift state as well: TDI is high
 // then, and every element follows one clock late. The last element is left for the clock into
@@ -47,9 +43,9 @@ void PackOneClockLate(const OmBitVector& in, std::vector<uint8_t>& tdi) {
 
 // Gets TDO if `tdo` is not null.
 void OmDigilentAdept::PutPairs(const OmTmsTdiPairs& pairs, std::vector<uint8_t>* tdo) {
-    const int count = LibraryCount(pairs.Count());
+    const int count = LibraryCount(pairs.GetPosition());
     if (tdo)
-        tdo->assign(pairs.Count() / 8 + 1, 0);
+        tdo->assign(pairs.GetPosition() / 8 + 1, 0);
     auto* bytes =
         const_cast<uint8_t*>(pairs.Bytes().data()); // the library's parameter is not const
     ErrorCode error = 0;
@@ -71,14 +67,12 @@ void OmDigilentAdept::ScanDR(const OmBitVector& in, OmBitVector* out, int from, 
     if (out)
         out->clear();
     drPairs.Restart(in.size() + 6);
-    drPairs.PutPath(GetPathToShift(OmScanRegister::Data, from).WithoutLast());
-    const size_t start = drPairs.Count();
-    AppendScan(drPairs, in, to);
+    const size_t first = drPairs.PutScan(OmScanRegister::Data, in, from, to);
     PutPairs(drPairs, out ? &drTdo : nullptr);
     if (!out)
         return;
     out->resize(in.size());
-    UnpackBits(drTdo.data(), start, *out);
+    UnpackBits(drTdo.data(), first - kTdoAhead, *out);
 }
 
 // Three calls, so that the bulk goes by the library's form for TDI alone.
@@ -106,34 +100,16 @@ void OmDigilentAdept::ScanIR(const OmBitVector& in, OmBitVector* out, int from, 
 }
 
 void OmDigilentAdept::ScanVectors(const OmScanList& vectors, OmCapturedList* captured) {
-    if (captured)
-        captured->clear();
-    if (vectors.empty())
-        return;
-    RequireEqualLengths(vectors);
-    const size_t head = CountBlindHead(vectors);
-    const std::span all(vectors);
-    ScanBatch(all.first(head), captured);
-    ScanBatch(all.subspan(head), captured);
+    ScanHeadAndRest(vectors, captured, [&](auto part) { ScanBatch(part, captured); });
 }
 
 void OmDigilentAdept::ScanBatch(std::span<const OmScanVector> vectors, OmCapturedList* captured) {
-    if (vectors.empty())
-        return;
     const size_t bits = vectors.front().bits.size();
-    std::vector<size_t> starts;
     batchPairs.Restart((bits + 6) * vectors.size());
-    for (const OmScanVector& vector : vectors) {
-        batchPairs.PutPath(GetPathToShift(OmScanRegister::Data, kScanFromIdle).WithoutLast());
-        if (captured && vector.capture)
-            starts.push_back(batchPairs.Count());
-        AppendScan(batchPairs, vector.bits, kScanToIdle);
-    }
-    PutPairs(batchPairs, starts.empty() ? nullptr : &batchTdo);
-    if (!captured)
-        return;
-    for (const size_t start : starts)
-        UnpackBits(batchTdo.data(), start, captured->emplace_back(bits));
+    const std::vector<size_t> positions = batchPairs.PutScans(vectors, captured != nullptr);
+    PutPairs(batchPairs, positions.empty() ? nullptr : &batchTdo);
+    if (!positions.empty())
+        UnpackScans(batchTdo.data(), positions, kTdoAhead, bits, *captured);
 }
 
 void OmDigilentAdept::GetVectorsPerTransfer(uint32_t bits, float* reading, float* blind,

@@ -23,6 +23,9 @@ constexpr const char* kEntryPoints[] = {
     "FT_Read",
 };
 
+constexpr const char* kLibraryNames[] = {"ftd2xx.dll"};
+constexpr OmLibraryRow kLibrary{.names = kLibraryNames};
+
 // USB and chip set-up (D2XX Programmer's Guide).
 constexpr uint32_t kInTransferSize = 0x4000;
 constexpr uint32_t kPurgeBoth = 3;
@@ -111,7 +114,7 @@ OmFtd2xx::~OmFtd2xx() {
 }
 
 bool OmFtd2xx::Load() {
-    return d2xx_.Library().LoadAndLog("ftd2xx.dll", d2xx_.EntryPoints(kEntryPoints));
+    return d2xx_.Library().LoadAndLog(kLibrary, d2xx_.EntryPoints(kEntryPoints));
 }
 
 bool OmFtd2xx::Initialize(const std::string& description, const std::string& serial,

@@ -1,4 +1,4 @@
-// JTAG pods built around a chip of FTDI's FT2232 family, through the D2XX library and the chip's
+// JTAG cables built around a chip of FTDI's FT2232 family, through the D2XX library and the chip's
 // MPSSE engine. A scan is one program, one write and one read; a batch of scans as few as fit.
 #pragma once
 

@@ -13,6 +13,13 @@ namespace {
 // A run of a batch stays well inside the buffer.
 constexpr size_t kRunBytes = 60000;
 
+// Bytes of the MPSSE's commands: an operation code and a length, of two bytes where bytes are
+// shifted and of one, with the data after it, where bits are.
+constexpr size_t kShiftHead = 3;
+constexpr size_t kBitCommand = 3;
+// The walk to Shift-DR, the bit that leaves it and the walk back are a command each.
+constexpr size_t kWalksAndLastBit = 3 * kBitCommand;
+
 // Payload that one USB transfer is reckoned with when batches are sized.
 constexpr float kTransferBytes = 1014.0F;
 
@@ -34,12 +41,13 @@ uint8_t DecodeLastBit(uint8_t answer) {
 
 } // namespace
 
-// How one vector of a batch divides: whole bytes, the bits behind them, and the last bit, which
+// How one vector of a batch divides: whole bytes, the bits after them, and the last bit, which
 // goes out with TMS high.
 struct OmFtd2xx::Layout {
     explicit Layout(size_t bits)
         : whole((bits - 1) / 8), rest((bits - 1) % 8), readBytes(whole + 1 + (rest ? 1 : 0)),
-          perVector(9 + (whole ? whole + 3 : 0) + (rest ? 3 : 0)) {}
+          perVector(kWalksAndLastBit + (whole ? kShiftHead + whole : 0) +
+                    (rest ? kBitCommand : 0)) {}
 
     void Append(OmMpsseProgram& program, const OmBitVector& vector, bool capture) const {
         const std::span bits(vector);

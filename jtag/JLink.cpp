@@ -31,6 +31,9 @@ struct OmJLink::Arrays {
 
 namespace {
 
+constexpr const char* kLibraryNames[] = {"JLinkARM.dll"};
+constexpr OmLibraryRow kLibrary{.names = kLibraryNames};
+
 // Process-wide, since the library's callbacks carry no context.
 bool errorFlag = false;
 std::wstring errorText;
@@ -43,11 +46,11 @@ std::wstring Widen(const char* text) {
     return {bytes, bytes + std::strlen(text)};
 }
 
-void OM_VENDOR_CALL OnWarning(const char* text) {
+void OnWarning(const char* text) {
     OmLog(L"*** J-Link WARNING: %ls\n", Widen(text).c_str());
 }
 
-void OM_VENDOR_CALL OnError(const char* text) {
+void OnError(const char* text) {
     errorFlag = true;
     errorText = Widen(text);
     OmLog(L"*** J-Link ERROR: %ls\n", errorText.c_str());
@@ -90,7 +93,7 @@ bool OmJLink::Load() {
         MakeEntryPoint("JLINKARM_JTAG_StoreGetRaw", functions_.StoreGetRaw),
         MakeEntryPoint("JLINKARM_JTAG_StoreRaw", functions_.StoreRaw),
     };
-    return library_.LoadAndLog("JLinkARM.dll", table);
+    return library_.LoadAndLog(kLibrary, table);
 }
 
 bool OmJLink::Initialize(int usbNumber, const std::string& host, int port, uint32_t frequency) {
@@ -170,50 +173,27 @@ void OmJLink::Scan(Arrays& arrays, OmScanRegister which, const OmBitVector& in, 
     ClearPendingError();
     arrays.Reserve(in.size(), 1);
     OmJtagBitWriter writer(arrays.tms.data(), arrays.tdi.data());
-    writer.PutPath(GetPathToShift(which, from));
-    const size_t start = writer.GetPosition();
-    writer.PutBits(in);
-    writer.PutPath(GetPathFromExit1(to));
+    const size_t start = writer.PutScan(which, in, from, to);
     Exchange(arrays.tdi.data(), arrays.tdo.data(), arrays.tms.data(), writer.GetPosition());
     out.resize(in.size());
     UnpackBits(arrays.tdo.data(), start, out);
 }
 
 void OmJLink::ScanVectors(const OmScanList& vectors, OmCapturedList* captured) {
-    if (captured)
-        captured->clear();
-    if (vectors.empty())
-        return;
-    RequireEqualLengths(vectors);
-    const size_t head = CountBlindHead(vectors);
-    const std::span all(vectors);
-    ScanBatch(all.first(head), captured); // goes by the cheaper call, without TDO
-    ScanBatch(all.subspan(head), captured);
+    ScanHeadAndRest(vectors, captured, [&](auto part) { ScanBatch(part, captured); });
 }
 
 void OmJLink::ScanBatch(std::span<const OmScanVector> vectors, OmCapturedList* captured) {
-    if (vectors.empty())
-        return;
     static Arrays arrays;
     const size_t bits = vectors.front().bits.size();
     ClearPendingError();
     arrays.Reserve(bits, vectors.size());
     OmJtagBitWriter writer(arrays.tms.data(), arrays.tdi.data());
-    std::vector<size_t> starts;
-    for (const OmScanVector& vector : vectors) {
-        writer.PutPath(GetPathToShift(OmScanRegister::Data, kScanFromIdle));
-        if (captured && vector.capture)
-            starts.push_back(writer.GetPosition());
-        writer.PutBits(vector.bits);
-        writer.PutPath(GetPathFromExit1(kScanToIdle));
-    }
-    if (!captured || starts.empty()) {
-        Send(arrays.tdi.data(), arrays.tms.data(), writer.GetPosition());
-        return;
-    }
+    const std::vector<size_t> positions = writer.PutScans(vectors, captured != nullptr);
+    if (positions.empty())
+        return Send(arrays.tdi.data(), arrays.tms.data(), writer.GetPosition());
     Exchange(arrays.tdi.data(), arrays.tdo.data(), arrays.tms.data(), writer.GetPosition());
-    for (const size_t start : starts)
-        UnpackBits(arrays.tdo.data(), start, captured->emplace_back(bits));
+    UnpackScans(arrays.tdo.data(), positions, 0, bits, *captured);
 }
 
 void OmJLink::GetVectorsPerTransfer(uint32_t bits, float* reading, float* blind, float* status) {

@@ -42,23 +42,22 @@ class OmJLink : public OmCable, public OmJtagHAL {
   private:
     struct Arrays;
 
-    using Handler = void(OM_VENDOR_CALL*)(const char* text);
+    using Handler = void (*)(const char* text);
     using Result = uint8_t; // the vendor's results are as wide as a char
 
     struct Functions {
-        const char*(OM_VENDOR_CALL* Open)() = nullptr;
-        void(OM_VENDOR_CALL* Close)() = nullptr;
-        Result(OM_VENDOR_CALL* SelectUSB)(int number) = nullptr;
-        Result(OM_VENDOR_CALL* SelectIP)(const char* host, int port) = nullptr;
-        void(OM_VENDOR_CALL* SetWarnOutHandler)(Handler) = nullptr;
-        void(OM_VENDOR_CALL* SetErrorOutHandler)(Handler) = nullptr;
-        Result(OM_VENDOR_CALL* HasError)() = nullptr;
-        void(OM_VENDOR_CALL* ClrError)() = nullptr;
-        void(OM_VENDOR_CALL* SetSpeed)(uint32_t kilohertz) = nullptr;
-        void(OM_VENDOR_CALL* StoreGetRaw)(const uint8_t* tdi, uint8_t* tdo, const uint8_t* tms,
-                                          uint32_t bits) = nullptr;
-        void(OM_VENDOR_CALL* StoreRaw)(const uint8_t* tdi, const uint8_t* tms,
-                                       uint32_t bits) = nullptr;
+        const char* (*Open)() = nullptr;
+        void (*Close)() = nullptr;
+        Result (*SelectUSB)(int number) = nullptr;
+        Result (*SelectIP)(const char* host, int port) = nullptr;
+        void (*SetWarnOutHandler)(Handler) = nullptr;
+        void (*SetErrorOutHandler)(Handler) = nullptr;
+        Result (*HasError)() = nullptr;
+        void (*ClrError)() = nullptr;
+        void (*SetSpeed)(uint32_t kilohertz) = nullptr;
+        void (*StoreGetRaw)(const uint8_t* tdi, uint8_t* tdo, const uint8_t* tms,
+                            uint32_t bits) = nullptr;
+        void (*StoreRaw)(const uint8_t* tdi, const uint8_t* tms, uint32_t bits) = nullptr;
     };
 
     bool Select(int usbNumber, const std::string& host, int port);

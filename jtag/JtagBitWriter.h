@@ -2,41 +2,33 @@
 #pragma once
 
 #include "jtag/BitPacking.h"
-#include "jtag/TapPaths.h"
+#include "jtag/TapWriter.h"
 
 #include <cstddef>
 #include <cstdint>
 #include <cstring>
 #include <span>
 
-class OmJtagBitWriter {
+class OmJtagBitWriter : public OmTapWriter {
   public:
     // Both arrays must hold all bits that are put; old contents do not matter.
     OmJtagBitWriter(uint8_t* tms, uint8_t* tdi) : tms_(tms), tdi_(tdi) {}
 
-    void Put(bool tms, bool tdi) {
+    void Put(bool tms, bool tdi) override {
         const auto mask = static_cast<uint8_t>(1 << position_ % 8);
         Set(tms_[position_ / 8], mask, tms);
         Set(tdi_[position_ / 8], mask, tdi);
         ++position_;
     }
 
-    // A walk with TDI high.
-    void PutPath(OmTapPath path) {
-        for (unsigned clock = 0; clock < path.clocks; ++clock)
-            Put(path.Tms(clock), true);
-    }
+    size_t GetPosition() const override { return position_; }
 
-    // Bits with TMS low, but for the last one, which leaves the Shift state.
-    void PutBits(std::span<const uint8_t> bits) {
-        const size_t body = bits.size() - 1;
-        PackBits(bits.first(body), tdi_, position_);
-        ClearTms(body);
-        position_ += body;
-        Put(true, bits.back() == 1);
+  protected:
+    void PutLow(std::span<const uint8_t> bits) override {
+        PackBits(bits, tdi_, position_);
+        ClearTms(bits.size());
+        position_ += bits.size();
     }
-
-    size_t GetPosition() const { return position_; }
 
   private:
     static void Set(uint8_t& byte, uint8_t mask, bool value) {

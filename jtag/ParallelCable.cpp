@@ -132,7 +132,7 @@ void OmParallelCable::ScanIR(const OmBitVector& in, OmBitVector* out, int from, 
     Scan(OmScanRegister::Instruction, in, out, from, to);
 }
 
-// TDI is high on the way, but for the clock from Exit2-DR to Shift-DR. Wanted so: pods in the field
+// TDI is high on the way, but for the clock from Exit2-DR to Shift-DR. Wanted so: cables in the field
 // have always been driven like that.
 void OmParallelCable::WalkToShift(OmScanRegister which, int from) {
     const bool fromPauseDr =
@@ -168,12 +168,6 @@ void OmParallelCable::Scan(OmScanRegister which, const OmBitVector& in, OmBitVec
     Drive(false, false, true);
 }
 
-// The cable knows no batch: one scan after the other, one clock at a time.
 void OmParallelCable::ScanVectors(const OmScanList& vectors, OmCapturedList* captured) {
-    if (captured)
-        captured->clear();
-    for (const OmScanVector& vector : vectors) {
-        OmBitVector* out = captured && vector.capture ? &captured->emplace_back() : nullptr;
-        ScanDR(vector.bits, out, kScanFromIdle, kScanToIdle);
-    }
+    ScanOneByOne(*this, vectors, captured);
 }

@@ -1,4 +1,4 @@
-// JTAG pods on a PC parallel port, one write of the data register a clock edge. The classes differ
+// JTAG cables on a PC parallel port, one write of the data register a clock edge. The classes differ
 // only in which port bits carry TCK, TMS, TDI and TDO.
 #pragma once
 
@@ -26,7 +26,7 @@ class OmParallelCable : public OmCable, public OmJtagHAL {
 
     OmJtagHAL* GetJtagHAL() override { return this; }
 
-    // Makes the pod drive its JTAG pins.
+    // Makes the cable drive its JTAG pins.
     virtual bool EnableJTAG() = 0;
     // Both throw OmException if the port cannot be reached.
     virtual void SetPins(bool tck, bool tms, bool tdi) = 0;

@@ -27,10 +27,27 @@ size_t RequireEqualLengths(const OmScanList& vectors) {
     return length;
 }
 
-size_t CountBlindHead(const OmScanList& vectors) {
-    const auto first = std::find_if(vectors.begin(), vectors.end(),
-                                    [](const OmScanVector& vector) { return vector.capture; });
-    return static_cast<size_t>(first - vectors.begin());
+void ScanOneByOne(OmJtagHAL& hal, const OmScanList& vectors, OmCapturedList* captured) {
+    if (captured)
+        captured->clear();
+    for (const OmScanVector& vector : vectors) {
+        OmBitVector* out = captured && vector.capture ? &captured->emplace_back() : nullptr;
+        hal.ScanDR(vector.bits, out, kScanFromIdle, kScanToIdle);
+    }
+}
+
+void ScanHeadAndRest(const OmScanList& vectors, OmCapturedList* captured, const OmBatchScan& scan) {
+    if (captured)
+        captured->clear();
+    if (vectors.empty())
+        return;
+    RequireEqualLengths(vectors);
+    const auto first = std::ranges::find(vectors, true, &OmScanVector::capture);
+    const auto head = static_cast<size_t>(first - vectors.begin());
+    const std::span all(vectors);
+    for (const auto part : {all.first(head), all.subspan(head)})
+        if (!part.empty())
+            scan(part);
 }
 
 void GetPairVectorsPerTransfer(uint32_t bits, float* reading, float* blind, float* status) {

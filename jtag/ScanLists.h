@@ -5,6 +5,8 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <functional>
+#include <span>
 
 // A scan needs at least one bit; throws OmException for an empty one.
 void RequireBits(const OmBitVector& in);
@@ -13,9 +15,15 @@ void RequireBits(const OmBitVector& in);
 // `vectors` holds at least one.
 size_t RequireEqualLengths(const OmScanList& vectors);
 
-// How many vectors stand before the first one to be captured. Cables that can write without reading
-// send these by themselves.
-size_t CountBlindHead(const OmScanList& vectors);
+// OmJtagHAL::ScanVectors for cables that know no batch: one scan after the other, of which TDO is
+// read only where it is wanted.
+void ScanOneByOne(OmJtagHAL& hal, const OmScanList& vectors, OmCapturedList* captured);
+
+// OmJtagHAL::ScanVectors for cables that send TMS and TDI of many scans in one call: the vectors
+// before the first one to be captured go by themselves, as a call without TDO is the cheaper one,
+// and then all others. `scan` is called with at most two lists of vectors, neither of them empty.
+using OmBatchScan = std::function<void(std::span<const OmScanVector>)>;
+void ScanHeadAndRest(const OmScanList& vectors, OmCapturedList* captured, const OmBatchScan& scan);
 
 // Answers OmJtagHAL::GetVectorsPerTransfer for cables that send a TMS and a TDI bit for each TCK
 // and gain nothing from batches with a status read.

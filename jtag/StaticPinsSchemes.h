@@ -1,5 +1,5 @@
 // Named states of the pins of an FT2232 chip that take no part in JTAG but enable buffers, drive
-// nTRST and the like: each make of pod wants its own. The list is process-wide and kept in the
+// nTRST and the like: each make of cable wants its own. The list is process-wide and kept in the
 // settings, but for the predefined ones at its head.
 #pragma once
 

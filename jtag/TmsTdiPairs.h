@@ -1,14 +1,14 @@
 // An array of TMS and TDI values, four pairs a byte, first pair in the low bits, TDI below TMS.
 #pragma once
 
-#include "jtag/TapPaths.h"
+#include "jtag/TapWriter.h"
 
 #include <cstddef>
 #include <cstdint>
 #include <span>
 #include <vector>
 
-class OmTmsTdiPairs {
+class OmTmsTdiPairs : public OmTapWriter {
   public:
     // Empties the array and makes room.
     void Restart(size_t expectedPairs) {
@@ -17,33 +17,25 @@ class OmTmsTdiPairs {
         count_ = 0;
     }
 
-    void Put(bool tms, bool tdi) {
+    void Put(bool tms, bool tdi) override {
         if (count_ % 4 == 0)
             bytes_.push_back(0);
         bytes_.back() |= static_cast<uint8_t>((tdi ? 1 : 0) | (tms ? 2 : 0)) << count_ % 4 * 2;
         ++count_;
     }
 
-    // A walk with TDI high.
-    void PutPath(OmTapPath path) {
-        for (unsigned clock = 0; clock < path.clocks; ++clock)
-            Put(path.Tms(clock), true);
-    }
-
-    // Bits with TMS low, but for the last one, which leaves the Shift state.
-    void PutBits(std::span<const uint8_t> bits) {
-        std::span<const uint8_t> body = bits.first(bits.size() - 1);
-        for (; !body.empty() && count_ % 4 != 0; body = body.subspan(1))
-            Put(false, body[0] == 1);
-        PutFours(body);
-        for (const uint8_t bit : body.last(body.size() % 4))
-            Put(false, bit == 1);
-        Put(true, bits.back() == 1);
-    }
-
-    size_t Count() const { return count_; } // in pairs
+    size_t GetPosition() const override { return count_; } // in pairs
 
     std::span<const uint8_t> Bytes() const { return bytes_; }
+
+  protected:
+    void PutLow(std::span<const uint8_t> bits) override {
+        for (; !bits.empty() && count_ % 4 != 0; bits = bits.subspan(1))
+            Put(false, bits[0] == 1);
+        PutFours(bits);
+        for (const uint8_t bit : bits.last(bits.size() % 4))
+            Put(false, bit == 1);
+    }
 
   private:
     // As many whole bytes as `bits` fill, with TMS low, from the start of a byte.

@@ -23,10 +23,23 @@ constexpr const char* kEntryPoints[] = {
     "FT_Read",
 };
 
+// The vendor's private copy of D2XX goes first, the general one second.
+constexpr const char* kLibraryNames[] = {"usbblstr32.dll", "ftd2xx.dll"};
+constexpr OmLibraryRow kLibrary{.names = kLibraryNames,
+                                .heading = L"Loading USB-Blaster FTD2XX interface:\n",
+                                .loadedAlready = L"  OK (DLL already loaded)\n"};
+
 constexpr uint32_t kPurgeBoth = 3;
 constexpr uint8_t kLatencyMilliseconds = 2;
 constexpr uint32_t kBaudRate = 3000000;
 constexpr uint8_t kBitModeReset = 0;
+
+// Direct bytes with TDI and TMS high. 37 clocks and the byte that ends with TCK low are 75 bytes:
+// the 63 that a run may still take for its data, and five clocks and more that are left for the TAP
+// to reach Test-Logic-Reset.
+constexpr uint8_t kTmsHighTckLow = 0x3E;
+constexpr uint8_t kTmsHighTckHigh = 0x3F;
+constexpr int kResyncPairs = 37;
 
 // One buffer for each kind of scan, process-wide: there is only ever one cable, and one scan at a
 // time.
@@ -47,28 +60,8 @@ OmUsbBlaster::~OmUsbBlaster() {
     OmLog(L"Destroying OmUsbBlaster\n");
 }
 
-// The vendor's private copy of D2XX goes first, the general one second.
 bool OmUsbBlaster::Load() {
-    OmVendorLibrary& library = d2xx_.Library();
-    OmLog(L"Loading USB-Blaster FTD2XX interface:\n");
-    if (library.IsLoaded()) {
-        OmLog(L"  OK (DLL already loaded)\n");
-        return true;
-    }
-    OmLog(L"Loading usbblstr32.dll ...  ");
-    if (!library.Load("usbblstr32.dll")) {
-        OmLog(L"*** FAILED *** (LoadLibrary() failed)\nLoading ftd2xx.dll ...  ");
-        if (!library.Load("ftd2xx.dll")) {
-            OmLog(L"*** FAILED *** (LoadLibrary() failed)\n");
-            return false;
-        }
-    }
-    if (!library.Resolve(d2xx_.EntryPoints(kEntryPoints))) {
-        OmLog(L"*** FAILED *** (failed to resolve all required exported functions)\n");
-        return false;
-    }
-    OmLog(L"OK\n");
-    return true;
+    return d2xx_.Library().LoadAndLog(kLibrary, d2xx_.EntryPoints(kEntryPoints));
 }
 
 bool OmUsbBlaster::Initialize(const std::string& description, const std::string& serial) {
@@ -111,9 +104,9 @@ void OmUsbBlaster::ListDevices(std::vector<OmUsbBlasterRecord>& devices) {
 // still waiting for; TMS is high on the way.
 void OmUsbBlaster::ResyncCPLD() {
     std::vector<uint8_t> block;
-    for (int pair = 0; pair < 37; ++pair)
-        block.insert(block.end(), {0x3E, 0x3F});
-    block.push_back(0x3E);
+    for (int pair = 0; pair < kResyncPairs; ++pair)
+        block.insert(block.end(), {kTmsHighTckLow, kTmsHighTckHigh});
+    block.push_back(kTmsHighTckLow);
     d2xx_.Write(block);
 }
 
@@ -153,12 +146,6 @@ void OmUsbBlaster::Scan(OmUsbBlasterProgram& program, OmScanRegister which, cons
     out->back() = OmUsbBlasterProgram::DecodeLastBit(answer.back());
 }
 
-// The cable knows no batch: one scan after the other.
 void OmUsbBlaster::ScanVectors(const OmScanList& vectors, OmCapturedList* captured) {
-    if (captured)
-        captured->clear();
-    for (const OmScanVector& vector : vectors) {
-        OmBitVector* out = captured && vector.capture ? &captured->emplace_back() : nullptr;
-        ScanDR(vector.bits, out, kScanFromIdle, kScanToIdle);
-    }
+    ScanOneByOne(*this, vectors, captured);
 }

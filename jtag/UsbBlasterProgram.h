@@ -19,7 +19,7 @@ class OmUsbBlasterProgram : public OmCommandBuffer {
     void ShiftLastBit(uint8_t bit, bool capture);
 
     // Bytes that come back for `bits` captured by ShiftBits: eight bits a byte in the runs, one a
-    // byte behind them.
+    // byte after them.
     static size_t AnswerSize(size_t bits) { return bits / 8 + bits % 8; }
 
     static void Decode(std::span<const uint8_t> answer, std::span<uint8_t> bits);

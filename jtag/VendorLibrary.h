@@ -4,15 +4,9 @@
 
 #include "platform/SharedLibrary.h"
 
+#include <functional>
 #include <memory>
 #include <span>
-
-// Calling convention of the vendors' functions.
-#ifdef _WIN32
-#define OM_VENDOR_CALL __stdcall
-#else
-#define OM_VENDOR_CALL
-#endif
 
 // A row of an entry point table, for a function pointer of any type.
 template <typename Function>
@@ -20,22 +14,31 @@ OmEntryPoint MakeEntryPoint(const char* name, Function*& function) {
     return {name, reinterpret_cast<void**>(&function)};
 }
 
+// How a cable finds its library and what it says on the way.
+struct OmLibraryRow {
+    std::span<const char* const> names; // tried in this order
+    const wchar_t* heading = L"";       // a line of its own, where one is wanted
+    const wchar_t* loadedAlready = L"OK (DLL already loaded)\n";
+    const wchar_t* incomplete =
+        L"*** FAILED *** (failed to resolve all required exported functions)\n";
+};
+
 class OmVendorLibrary {
   public:
     bool IsLoaded() const { return library_ != nullptr; }
 
-    // Without a word in the log.
-    bool Load(const char* name);
-
-    // Finds every function of the table; if one is missing, frees the library.
-    bool Resolve(std::span<const OmEntryPoint> table);
-
-    // Both of the above, with the log lines that most cables have in common. True at once if the
-    // library is loaded already.
-    bool LoadAndLog(const char* name, std::span<const OmEntryPoint> table);
+    // Loads the library, finds every function of the table and starts the library's use, if that
+    // has a form, with the log lines; frees the library if one of these fails. True at once if it
+    // is loaded already.
+    bool LoadAndLog(const OmLibraryRow& row, std::span<const OmEntryPoint> table,
+                    const std::function<bool()>& start = {});
 
     void Free() { library_.reset(); }
 
   private:
+    bool Load(const char* name);
+    bool Resolve(std::span<const OmEntryPoint> table);
+    bool LoadAnyAndLog(std::span<const char* const> names);
+
     std::unique_ptr<OmSharedLibrary> library_; // null until loaded
 };

@@ -9,7 +9,7 @@
 namespace {
 
 // Columns of a page.
-enum { kLabelColumn, kControlColumn, kBehindColumn };
+enum { kLabelColumn, kControlColumn, kTrailingColumn };
 
 constexpr unsigned kChoiceCharacters = 36; // of a device with its serial number, or of a hint
 
@@ -26,16 +26,16 @@ void OmCablePage::BeginRow(const wxString& label) {
                wxALIGN_CENTRE_VERTICAL);
 }
 
-// A control with nothing behind it reaches to the right edge.
-void OmCablePage::EndRow(wxWindow* control, wxWindow* behind) {
+// A control with nothing beside it reaches to the right edge.
+void OmCablePage::EndRow(wxWindow* control, wxWindow* trailing) {
     const int row = rows_->GetRows() - 1;
-    rows_->Add(control, wxGBPosition(row, kControlColumn), wxGBSpan(1, behind ? 1 : 2), wxEXPAND);
+    rows_->Add(control, wxGBPosition(row, kControlColumn), wxGBSpan(1, trailing ? 1 : 2), wxEXPAND);
     if (!rows_->IsColGrowable(kControlColumn))
         rows_->AddGrowableCol(kControlColumn);
-    if (!behind)
+    if (!trailing)
         return;
-    const int flags = dynamic_cast<wxButton*>(behind) ? int{wxEXPAND} : wxALIGN_CENTRE_VERTICAL;
-    rows_->Add(behind, wxGBPosition(row, kBehindColumn), wxGBSpan(), flags);
+    const int flags = dynamic_cast<wxButton*>(trailing) ? int{wxEXPAND} : wxALIGN_CENTRE_VERTICAL;
+    rows_->Add(trailing, wxGBPosition(row, kTrailingColumn), wxGBSpan(), flags);
 }
 
 int OmCablePage::GetLabelWidth() const {

@@ -28,6 +28,9 @@ class OmCablePage : public wxPanel {
     // with false, only if this is the page that the user sees.
     virtual bool Read(OmConnectionSettings& settings, bool isShown) = 0;
 
+    // The user has said Yes to the warning about adaptive clocking, so that it need not come again.
+    virtual bool IsAdaptiveWarningAnswered() const { return false; }
+
     // What the widest label needs, and the width that all labels get, so that the controls of all
     // pages stand in one column.
     int GetLabelWidth() const;
@@ -36,8 +39,8 @@ class OmCablePage : public wxPanel {
   protected:
     // A row begins with its label, so that the keyboard meets it first, ...
     void BeginRow(const wxString& label);
-    // ... and ends with its control and what stands behind it, if anything.
-    void EndRow(wxWindow* control, wxWindow* behind = nullptr);
+    // ... and ends with its control and what stands beside it, if anything.
+    void EndRow(wxWindow* control, wxWindow* trailing = nullptr);
     wxButton* MakeButton(const wxString& label, std::function<void()> action);
     wxChoice* MakeChoice(const wxArrayString& entries = wxArrayString());
 

@@ -1,11 +1,8 @@
 #include "jtag/ui/CableSettingsPanel.h"
 
-#include "jtag/CableFactory.h"
-#include "jtag/ui/DigilentPage.h"
-#include "jtag/ui/Ftd2xxPage.h"
-#include "jtag/ui/JLinkPages.h"
-#include "jtag/ui/ParallelPage.h"
-#include "jtag/ui/UsbBlasterPage.h"
+#include "jtag/CableTable.h"
+#include "jtag/ui/CablePage.h"
+#include "jtag/ui/CablePages.h"
 #include "platform/Translation.h"
 
 #include <algorithm>
@@ -14,33 +11,15 @@
 #include <wx/stattext.h>
 #include <wx/textctrl.h>
 
-struct OmCableSettingsPanel::Connection {
-    OmCableType type;
-    Page page;
-};
-
-// In the order of the choice: what is most in use today comes first.
-const OmCableSettingsPanel::Connection OmCableSettingsPanel::kConnections[] = {
-    {OmCableType::AlteraUsbBlaster, kUsbBlaster},
-    {OmCableType::Ftd2xx, kFtd2xx},
-    {OmCableType::JLinkUsb, kJLinkUsb},
-    {OmCableType::JLinkIp, kJLinkIp},
-    {OmCableType::DigilentAdept, kDigilent},
-    {OmCableType::XilinxParallelCable3, kParallel},
-    {OmCableType::AlteraByteBlasterMV, kParallel},
-    {OmCableType::LatticeParallelIspDownload, kParallel},
-    {OmCableType::Wiggler, kParallel},
-    {OmCableType::EmbestEasyIce, kParallel},
-};
-
-OmCableSettingsPanel::OmCableSettingsPanel(wxWindow* parent) : wxPanel(parent) {
+OmCableSettingsPanel::OmCableSettingsPanel(wxWindow* parent)
+    : wxPanel(parent), rows_(SortCableRows(&OmCableRow::windowPlace)) {
     auto* column = new wxBoxSizer(wxVERTICAL);
     auto* row = new wxBoxSizer(wxHORIZONTAL);
     auto* label = new wxStaticText(this, wxID_ANY, _("Connec&tion:"));
     row->Add(label, wxSizerFlags().CentreVertical().Border(wxRIGHT));
     connection_ = new wxChoice(this, wxID_ANY);
-    for (const Connection& connection : kConnections)
-        connection_->Append(Translated(GetCableLabel(connection.type)));
+    for (const OmCableRow* each : rows_)
+        connection_->Append(Translated(each->label));
     connection_->Bind(wxEVT_CHOICE, [this](wxCommandEvent&) { ShowPage(); });
     row->Add(connection_, wxSizerFlags(1));
     column->Add(row, RowFlags());
@@ -52,12 +31,17 @@ OmCableSettingsPanel::OmCableSettingsPanel(wxWindow* parent) : wxPanel(parent) {
 
 void OmCableSettingsPanel::BuildPages() {
     book_ = new wxSimplebook(this, wxID_ANY);
-    const auto recheck = [this] { ShowPage(); };
-    pages_ = {new OmParallelPage(book_),          ftd2xxPage_ = new OmFtd2xxPage(book_, recheck),
-              new OmJLinkUsbPage(book_),          new OmJLinkIpPage(book_),
-              new OmDigilentPage(book_, recheck), new OmUsbBlasterPage(book_, recheck)};
-    for (OmCablePage* page : pages_)
-        book_->AddPage(page, wxString());
+    std::vector<OmCablePageMaker> made;
+    for (const OmCableRow& row : GetCableRows()) {
+        const OmCablePageMaker make = FindCablePageMaker(row.type);
+        const auto page = static_cast<size_t>(std::ranges::find(made, make) - made.begin());
+        pageOfType_[row.type] = page;
+        if (page < made.size())
+            continue;
+        made.push_back(make);
+        pages_.push_back(make(book_, [this] { ShowPage(); }));
+        book_->AddPage(pages_.back(), wxString());
+    }
     errorText_ = new wxTextCtrl(book_, wxID_ANY, "", wxDefaultPosition, wxDefaultSize,
                                 wxTE_MULTILINE | wxTE_READONLY);
     IndentText(*errorText_);
@@ -73,18 +57,18 @@ void OmCableSettingsPanel::AlignLabels(wxStaticText& own) {
         page->SetLabelWidth(width);
 }
 
-const OmCableSettingsPanel::Connection& OmCableSettingsPanel::GetChosenConnection() const {
-    return kConnections[connection_->GetSelection()];
+OmCableType OmCableSettingsPanel::GetChosenType() const {
+    return rows_[connection_->GetSelection()]->type;
 }
 
 void OmCableSettingsPanel::ShowPage() {
-    const size_t page = GetChosenConnection().page;
+    const size_t page = pageOfType_.at(GetChosenType());
     wxString error;
     if (pages_[page]->Check(settings_, error)) {
         book_->ChangeSelection(page);
     } else {
         errorText_->ChangeValue(error);
-        book_->ChangeSelection(kPageCount);
+        book_->ChangeSelection(pages_.size());
     }
     Layout();
 }
@@ -94,7 +78,7 @@ bool OmCableSettingsPanel::IsShown(size_t page) const {
 }
 
 bool OmCableSettingsPanel::IsAdaptiveWarningAnswered() const {
-    return ftd2xxPage_->adaptiveWarningAnswered;
+    return std::ranges::any_of(pages_, &OmCablePage::IsAdaptiveWarningAnswered);
 }
 
 bool OmCableSettingsPanel::TransferDataToWindow() {
@@ -102,9 +86,8 @@ bool OmCableSettingsPanel::TransferDataToWindow() {
         return false;
     for (OmCablePage* page : pages_)
         page->ShowSettings(settings_);
-    for (size_t row = 0; row < std::size(kConnections); ++row)
-        if (kConnections[row].type == settings_.cableType)
-            connection_->SetSelection(static_cast<int>(row));
+    const auto row = std::ranges::find(rows_, settings_.cableType, &OmCableRow::type);
+    connection_->SetSelection(static_cast<int>(row - rows_.begin()));
     ShowPage();
     return true;
 }
@@ -113,8 +96,8 @@ bool OmCableSettingsPanel::TransferDataToWindow() {
 bool OmCableSettingsPanel::TransferDataFromWindow() {
     if (!wxPanel::TransferDataFromWindow())
         return false;
-    settings_.cableType = GetChosenConnection().type;
-    for (const Page page : {kParallel, kFtd2xx, kDigilent, kJLinkUsb, kJLinkIp, kUsbBlaster})
+    settings_.cableType = GetChosenType();
+    for (size_t page = 0; page < pages_.size(); ++page)
         if (!pages_[page]->Read(settings_, IsShown(page)))
             return false;
     return true;

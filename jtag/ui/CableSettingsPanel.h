@@ -4,11 +4,12 @@
 
 #include "jtag/ConnectionSettings.h"
 
-#include <array>
+#include <map>
+#include <vector>
 #include <wx/panel.h>
 
 class OmCablePage;
-class OmFtd2xxPage;
+struct OmCableRow;
 class wxChoice;
 class wxSimplebook;
 class wxStaticText;
@@ -30,33 +31,20 @@ class OmCableSettingsPanel : public wxPanel {
     bool TransferDataFromWindow() override;
 
   private:
-    // Places of the pages in the book and in pages_.
-    enum Page : size_t {
-        kParallel,
-        kFtd2xx,
-        kJLinkUsb,
-        kJLinkIp,
-        kDigilent,
-        kUsbBlaster,
-        kPageCount
-    };
-
-    struct Connection;
-
-    static const Connection kConnections[];
-
+    // One page for all types that share it, and the one for what keeps a page from being shown.
     void BuildPages();
     // The pages' controls stand below the choice of the connection, whose label is `own`.
     void AlignLabels(wxStaticText& own);
-    const Connection& GetChosenConnection() const;
+    OmCableType GetChosenType() const;
     // Shows the page of the chosen connection, or what keeps it from being used.
     void ShowPage();
     bool IsShown(size_t page) const;
 
+    std::vector<const OmCableRow*> rows_; // as the choice has them
     wxChoice* connection_ = nullptr;
     wxSimplebook* book_ = nullptr;
-    std::array<OmCablePage*, kPageCount> pages_{};
-    OmFtd2xxPage* ftd2xxPage_ = nullptr;
+    std::vector<OmCablePage*> pages_;
+    std::map<OmCableType, size_t> pageOfType_; // places in pages_
     wxTextCtrl* errorText_ = nullptr;
     OmConnectionSettings settings_;
 };

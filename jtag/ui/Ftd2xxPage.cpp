@@ -1,5 +1,6 @@
 #include "jtag/ui/Ftd2xxPage.h"
 
+#include "jtag/CableTable.h"
 #include "jtag/FrequencyText.h"
 #include "jtag/StaticPinsSchemes.h"
 #include "jtag/ui/StaticPinsDlg.h"
@@ -11,9 +12,6 @@
 #include <wx/choice.h>
 
 namespace {
-
-constexpr int32_t kMinFrequency = 1000;
-constexpr int32_t kMaxFrequency = 30000000;
 
 // Of a 60 MHz engine, and of a 12 MHz one.
 const char* const kHighSpeedFrequencies[] = {
@@ -167,8 +165,9 @@ bool OmFtd2xxPage::ReadStaticPins(OmConnectionSettings& settings, bool isShown) 
 }
 
 bool OmFtd2xxPage::ReadFrequency(OmConnectionSettings& settings, bool isShown) {
+    const OmSetting& range = GetSetting(OmCableType::Ftd2xx, OmSettingRole::Frequency);
     const int32_t frequency = ParseFrequency(frequency_->GetStringSelection().ToStdWstring(),
-                                             kMinFrequency, kMaxFrequency);
+                                             range.lowest, range.highest);
     if (frequency < 0)
         return Refuse(isShown, *frequency_, "");
     settings.ftd2xxFrequency = frequency;
@@ -183,10 +182,10 @@ bool OmFtd2xxPage::ReadAdaptiveClocking(OmConnectionSettings& settings) {
         _("Use Adaptive Clocking ONLY IF a target device in a JTAG chain and a JTAG adapter "
           "support this feature! Otherwise, the software will hang up with no error messages (!) "
           "upon attempt to shift data into a JTAG chain.\n\nIgnore this warning and continue?");
-    adaptiveWarningAnswered =
+    adaptiveWarningAnswered_ =
         GetUserInterface().ShowMessage(warning.ToStdWstring(), _("Warning").ToStdWstring(),
                                        kLossQuestionBox) == OmAnswer::Yes;
-    return adaptiveWarningAnswered;
+    return adaptiveWarningAnswered_;
 }
 
 bool OmFtd2xxPage::ReadDevice(OmConnectionSettings& settings, bool isShown) {

@@ -1,4 +1,4 @@
-// The connection settings of an FT2232 pod.
+// The connection settings of an FT2232 cable.
 #pragma once
 
 #include "jtag/Ftd2xx.h"
@@ -17,8 +17,7 @@ class OmFtd2xxPage : public OmCablePage {
     void ShowSettings(const OmConnectionSettings& settings) override;
     bool Read(OmConnectionSettings& settings, bool isShown) override;
 
-    // The user has said Yes to the warning about adaptive clocking.
-    bool adaptiveWarningAnswered = false;
+    bool IsAdaptiveWarningAnswered() const override { return adaptiveWarningAnswered_; }
 
   private:
     void FillDevices(const OmConnectionSettings& settings);
@@ -42,4 +41,5 @@ class OmFtd2xxPage : public OmCablePage {
     std::vector<OmFtd2xxRecord> records_;
     int32_t storedFrequency_ = 0;
     bool adaptiveRemembered_ = false; // the check while it cannot be offered
+    bool adaptiveWarningAnswered_ = false;
 };

@@ -1,18 +1,16 @@
 #include "jtag/ui/JLinkPages.h"
 
+#include "jtag/CableTable.h"
 #include "jtag/FrequencyText.h"
 #include "jtag/JLink.h"
 #include "platform/Text.h"
 #include "widgets/NumberParsing.h"
 
+#include <cstdint>
 #include <wx/choice.h>
 #include <wx/textctrl.h>
 
 namespace {
-
-constexpr int32_t kMinFrequency = 1000;
-constexpr int32_t kMaxFrequency = 12000000;
-constexpr uint32_t kMaxTcpPort = 65535;
 
 const char* const kFrequencies[] = {
     "12 MHz",  "9.6 MHz", "8 MHz",   "6 MHz",   "4 MHz",   "3 MHz",   "2 MHz",
@@ -35,14 +33,15 @@ wxArrayString ToArray(const char* const (&entries)[N]) {
     return wxArrayString(N, const_cast<const char**>(entries));
 }
 
-int32_t ReadFrequency(const wxChoice& choice) {
-    return ParseFrequency(choice.GetStringSelection().ToStdWstring(), kMinFrequency, kMaxFrequency);
+int32_t ReadFrequency(const wxChoice& choice, OmCableType type) {
+    const OmSetting& range = GetSetting(type, OmSettingRole::Frequency);
+    return ParseFrequency(choice.GetStringSelection().ToStdWstring(), range.lowest, range.highest);
 }
 
 // A value that the list does not have comes from elsewhere: the next lower one is safe.
 void SelectFrequency(wxChoice& choice, int32_t hertz) {
     for (const char* entry : kFrequencies)
-        if (ParseFrequency(wxString(entry).ToStdWstring(), 0, kMaxFrequency) <= hertz) {
+        if (ParseFrequency(wxString(entry).ToStdWstring(), 0, INT32_MAX) <= hertz) {
             choice.SetStringSelection(entry);
             return;
         }
@@ -57,7 +56,8 @@ bool CheckLibrary(wxString& error) {
 
 } // namespace
 
-OmJLinkUsbPage::OmJLinkUsbPage(wxWindow* parent) : OmCablePage(parent) {
+OmJLinkUsbPage::OmJLinkUsbPage(wxWindow* parent, const std::function<void()>& /*recheck*/)
+    : OmCablePage(parent) {
     BeginRow(_("Device:"));
     device_ = MakeChoice(TranslateDevices());
     EndRow(device_);
@@ -78,14 +78,15 @@ void OmJLinkUsbPage::ShowSettings(const OmConnectionSettings& settings) {
 bool OmJLinkUsbPage::Read(OmConnectionSettings& settings, bool isShown) {
     if (device_->GetSelection() != wxNOT_FOUND)
         settings.jlinkUsbNumber = device_->GetSelection();
-    const int32_t frequency = ReadFrequency(*frequency_);
+    const int32_t frequency = ReadFrequency(*frequency_, OmCableType::JLinkUsb);
     if (frequency < 0)
         return Refuse(isShown, *frequency_, "");
     settings.jlinkUsbFrequency = frequency;
     return true;
 }
 
-OmJLinkIpPage::OmJLinkIpPage(wxWindow* parent) : OmCablePage(parent) {
+OmJLinkIpPage::OmJLinkIpPage(wxWindow* parent, const std::function<void()>& /*recheck*/)
+    : OmCablePage(parent) {
     BeginRow(_("Host:"));
     host_ = new wxTextCtrl(this, wxID_ANY);
     EndRow(host_);
@@ -117,7 +118,8 @@ bool OmJLinkIpPage::ReadHost(OmConnectionSettings& settings, bool isShown) {
 
 bool OmJLinkIpPage::ReadPort(OmConnectionSettings& settings, bool isShown) {
     const std::optional<uint32_t> port = ParseDecimal(port_->GetValue().ToStdWstring());
-    if (!port || *port > kMaxTcpPort)
+    const OmSetting& range = GetSetting(OmCableType::JLinkIp, OmSettingRole::TcpPort);
+    if (!port || *port > static_cast<uint32_t>(range.highest))
         return Refuse(isShown, *port_,
                       _("TCP/IP port must be in a range from 0 to 65535. The default port for "
                         "Segger J-Link TCP/IP server is 19020."));
@@ -128,7 +130,7 @@ bool OmJLinkIpPage::ReadPort(OmConnectionSettings& settings, bool isShown) {
 bool OmJLinkIpPage::Read(OmConnectionSettings& settings, bool isShown) {
     if (!ReadHost(settings, isShown) || !ReadPort(settings, isShown))
         return false;
-    const int32_t frequency = ReadFrequency(*frequency_);
+    const int32_t frequency = ReadFrequency(*frequency_, OmCableType::JLinkIp);
     if (frequency < 0)
         return Refuse(isShown, *frequency_, "");
     settings.jlinkIpFrequency = frequency;

@@ -7,7 +7,7 @@ class wxTextCtrl;
 
 class OmJLinkUsbPage : public OmCablePage {
   public:
-    explicit OmJLinkUsbPage(wxWindow* parent);
+    OmJLinkUsbPage(wxWindow* parent, const std::function<void()>& recheck);
 
     bool Check(const OmConnectionSettings& settings, wxString& error) override;
     void ShowSettings(const OmConnectionSettings& settings) override;
@@ -20,7 +20,7 @@ class OmJLinkUsbPage : public OmCablePage {
 
 class OmJLinkIpPage : public OmCablePage {
   public:
-    explicit OmJLinkIpPage(wxWindow* parent);
+    OmJLinkIpPage(wxWindow* parent, const std::function<void()>& recheck);
 
     bool Check(const OmConnectionSettings& settings, wxString& error) override;
     void ShowSettings(const OmConnectionSettings& settings) override;

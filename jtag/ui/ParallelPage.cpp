@@ -1,5 +1,6 @@
 #include "jtag/ui/ParallelPage.h"
 
+#include "jtag/CableTable.h"
 #include "jtag/LptPorts.h"
 #include "widgets/NumberParsing.h"
 
@@ -9,13 +10,17 @@
 
 namespace {
 
-constexpr int32_t kMinFrequency = 1000;
-constexpr int32_t kMaxFrequency = 200000;
 constexpr int kPortCount = 3;
+
+// The same for every cable of this page.
+const OmSetting& GetFrequencyRange() {
+    return GetSetting(OmCableType::XilinxParallelCable3, OmSettingRole::Frequency);
+}
 
 } // namespace
 
-OmParallelPage::OmParallelPage(wxWindow* parent) : OmCablePage(parent) {
+OmParallelPage::OmParallelPage(wxWindow* parent, const std::function<void()>& /*recheck*/)
+    : OmCablePage(parent) {
     BeginRow(_("Port:"));
     port_ = MakeChoice();
     EndRow(port_);
@@ -51,13 +56,14 @@ void OmParallelPage::ShowSettings(const OmConnectionSettings& settings) {
 }
 
 bool OmParallelPage::Read(OmConnectionSettings& settings, bool isShown) {
+    const OmSetting& range = GetFrequencyRange();
     const std::optional<uint32_t> frequency =
-        ParseDecimal(frequency_->GetValue().ToStdWstring(), kMinFrequency);
-    if (frequency && *frequency <= kMaxFrequency)
+        ParseDecimal(frequency_->GetValue().ToStdWstring(), range.lowest);
+    if (frequency && *frequency <= static_cast<uint32_t>(range.highest))
         settings.lptFrequency = static_cast<int32_t>(*frequency);
     else if (!Refuse(isShown, *frequency_,
                      wxString::Format(_("The TCK frequency must be in a range from %dHz to %dHz."),
-                                      kMinFrequency, kMaxFrequency)))
+                                      range.lowest, range.highest)))
         return false;
     wxString number;
     long port = 0;

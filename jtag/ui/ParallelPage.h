@@ -7,7 +7,7 @@ class wxTextCtrl;
 
 class OmParallelPage : public OmCablePage {
   public:
-    explicit OmParallelPage(wxWindow* parent);
+    OmParallelPage(wxWindow* parent, const std::function<void()>& recheck);
 
     bool Check(const OmConnectionSettings& settings, wxString& error) override;
     void ShowSettings(const OmConnectionSettings& settings) override;

@@ -10,7 +10,7 @@ class wxButton;
 class wxChoice;
 class wxListBox;
 
-// "FT2232" pods have twelve static pins: DBUS4 to DBUS7 and CBUS0 to CBUS7.
+// "FT2232" cables have twelve static pins: DBUS4 to DBUS7 and CBUS0 to CBUS7.
 inline constexpr size_t kStaticPinCount = 12;
 
 class OmFtd2xxStaticPinsDlg : public wxDialog {

@@ -22,29 +22,19 @@ class HostLibrary : public OmSharedLibrary {
     void* handle_; // owned
 };
 
-struct LibraryName {
-    std::string_view windows;
-    const char* posix;
-};
-
-// The names under which the vendors ship their libraries outside Windows.
-constexpr LibraryName kLibraryNames[] = {
-    {"ftd2xx.dll", "libftd2xx.so"},
-    {"usbblstr32.dll", "libusbblstr32.so"},
-    {"JLinkARM.dll", "libjlinkarm.so"},
-    {"dpcutil.dll", "libdpcutil.so"},
-};
+// All vendors name their libraries alike outside Windows: "JLinkARM.dll" is "libjlinkarm.so".
+std::string PosixName(std::string_view windowsName) {
+    std::string name = "lib";
+    for (const char letter : windowsName.substr(0, windowsName.rfind('.')))
+        name += letter >= 'A' && letter <= 'Z' ? static_cast<char>(letter - 'A' + 'a') : letter;
+    return name + ".so";
+}
 
 class HostLoader : public OmLibraryLoader {
   public:
     std::unique_ptr<OmSharedLibrary> Load(const char* windowsName) override {
-        for (const LibraryName& name : kLibraryNames) {
-            if (name.windows != windowsName)
-                continue;
-            void* handle = dlopen(name.posix, RTLD_NOW | RTLD_LOCAL);
-            return handle ? std::make_unique<HostLibrary>(handle) : nullptr;
-        }
-        return nullptr;
+        void* handle = dlopen(PosixName(windowsName).c_str(), RTLD_NOW | RTLD_LOCAL);
+        return handle ? std::make_unique<HostLibrary>(handle) : nullptr;
     }
 };
 

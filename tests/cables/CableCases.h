@@ -21,7 +21,7 @@ struct CableCase {
     const char* parallelPod; // how the virtual board calls it, null for a cable on USB
 };
 
-inline constexpr std::array<CableCase, 10> kCableCases = {{
+inline constexpr std::array<CableCase, kCableTypeCount> kCableCases = {{
     {"Xilinx", OmCableType::XilinxParallelCable3, CableFamily::Parallel, "xilinx"},
     {"ByteBlaster", OmCableType::AlteraByteBlasterMV, CableFamily::Parallel, "byteblaster"},
     {"IspDownload", OmCableType::LatticeParallelIspDownload, CableFamily::Parallel, "isp"},

@@ -21,6 +21,20 @@ TEST(CliConnection, EveryCableHasAName) {
     EXPECT_FALSE(FindCable(""));
 }
 
+TEST(CliConnection, EveryTypeIsFoundByItsNameAndTakesItsOwnOptions) {
+    for (int type = 0; type < kCableTypeCount; ++type) {
+        const auto cable = static_cast<OmCableType>(type);
+        EXPECT_EQ(FindCable(GetCableName(cable)), cable) << type;
+        OmConnectionChoice choice;
+        choice.cable = cable;
+        OmConnectionSettings settings;
+        std::string error;
+        EXPECT_TRUE(ApplyConnection(choice, settings, error)) << error;
+        EXPECT_EQ(settings.cableType, cable);
+    }
+    EXPECT_EQ(GetCableName(static_cast<OmCableType>(kCableTypeCount)), "");
+}
+
 TEST(CliConnection, NothingChosenLeavesTheSettings) {
     OmConnectionSettings settings;
     settings.cableType = OmCableType::JLinkIp;

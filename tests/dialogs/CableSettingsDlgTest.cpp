@@ -1,3 +1,5 @@
+#include "jtag/CableTable.h"
+#include "jtag/ui/CablePages.h"
 #include "tests/dialogs/CableSettingsFixture.h"
 #include "tests/jtag/FakeLibrary.h"
 
@@ -38,6 +40,12 @@ TEST_F(CableSettingsDlgTest, OffersTenConnections) {
         });
         EXPECT_EQ(settings_.cableType, connection.type);
     }
+}
+
+TEST_F(CableSettingsDlgTest, EveryTypeHasAPage) {
+    for (const OmCableRow& row : GetCableRows())
+        EXPECT_NE(FindCablePageMaker(row.type), nullptr) << row.label;
+    EXPECT_EQ(FindCablePageMaker(static_cast<OmCableType>(kCableTypeCount)), nullptr);
 }
 
 TEST_F(CableSettingsDlgTest, CancelKeepsTheSettings) {

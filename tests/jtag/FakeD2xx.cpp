@@ -1,6 +1,6 @@
 #include "tests/jtag/FakeD2xx.h"
 
-#include "jtag/VendorLibrary.h"
+#include "jtag/D2xx.h"
 
 #include <algorithm>
 #include <cstring>
@@ -31,16 +31,16 @@ std::string Text(uint32_t number) {
     return std::to_string(number);
 }
 
-uint32_t OM_VENDOR_CALL CreateDeviceInfoList(uint32_t* count) {
+uint32_t OM_D2XX_CALL CreateDeviceInfoList(uint32_t* count) {
     if (!Called("FT_CreateDeviceInfoList"))
         return kOtherError;
     *count = static_cast<uint32_t>(fake->devices.size()) + fake->extraDevices;
     return kOk;
 }
 
-uint32_t OM_VENDOR_CALL GetDeviceInfoDetail(uint32_t index, uint32_t* flags, uint32_t* type,
-                                            uint32_t* id, uint32_t* location, char* serial,
-                                            char* description, Handle* handle) {
+uint32_t OM_D2XX_CALL GetDeviceInfoDetail(uint32_t index, uint32_t* flags, uint32_t* type,
+                                          uint32_t* id, uint32_t* location, char* serial,
+                                          char* description, Handle* handle) {
     if (!Called("FT_GetDeviceInfoDetail", Text(index)) || index >= fake->devices.size() ||
         !fake->devices[index].hasDetail)
         return kOtherError;
@@ -55,8 +55,8 @@ uint32_t OM_VENDOR_CALL GetDeviceInfoDetail(uint32_t index, uint32_t* flags, uin
     return kOk;
 }
 
-uint32_t OM_VENDOR_CALL GetDeviceInfo(Handle handle, uint32_t* type, uint32_t* id, char*, char*,
-                                      void*) {
+uint32_t OM_D2XX_CALL GetDeviceInfo(Handle handle, uint32_t* type, uint32_t* id, char*, char*,
+                                    void*) {
     if (!CalledOn(handle, "FT_GetDeviceInfo"))
         return kOtherError;
     *type = fake->openedType;
@@ -64,7 +64,7 @@ uint32_t OM_VENDOR_CALL GetDeviceInfo(Handle handle, uint32_t* type, uint32_t* i
     return kOk;
 }
 
-uint32_t OM_VENDOR_CALL OpenEx(void* text, uint32_t flags, Handle* handle) {
+uint32_t OM_D2XX_CALL OpenEx(void* text, uint32_t flags, Handle* handle) {
     const std::string wanted = static_cast<const char*>(text);
     if (!Called("FT_OpenEx", "'" + wanted + "' " + Text(flags)))
         return kOtherError;
@@ -73,37 +73,37 @@ uint32_t OM_VENDOR_CALL OpenEx(void* text, uint32_t flags, Handle* handle) {
     return kOk;
 }
 
-uint32_t OM_VENDOR_CALL Close(Handle handle) {
+uint32_t OM_D2XX_CALL Close(Handle handle) {
     const bool succeeds = CalledOn(handle, "FT_Close");
     --fake->openHandles;
     return succeeds ? kOk : kOtherError;
 }
 
-uint32_t OM_VENDOR_CALL ResetDevice(Handle handle) {
+uint32_t OM_D2XX_CALL ResetDevice(Handle handle) {
     return CalledOn(handle, "FT_ResetDevice") ? kOk : kOtherError;
 }
 
-uint32_t OM_VENDOR_CALL SetUSBParameters(Handle handle, uint32_t in, uint32_t out) {
+uint32_t OM_D2XX_CALL SetUSBParameters(Handle handle, uint32_t in, uint32_t out) {
     return CalledOn(handle, "FT_SetUSBParameters", Text(in) + " " + Text(out)) ? kOk : kOtherError;
 }
 
-uint32_t OM_VENDOR_CALL Purge(Handle handle, uint32_t mask) {
+uint32_t OM_D2XX_CALL Purge(Handle handle, uint32_t mask) {
     return CalledOn(handle, "FT_Purge", Text(mask)) ? kOk : kOtherError;
 }
 
-uint32_t OM_VENDOR_CALL SetLatencyTimer(Handle handle, uint8_t milliseconds) {
+uint32_t OM_D2XX_CALL SetLatencyTimer(Handle handle, uint8_t milliseconds) {
     return CalledOn(handle, "FT_SetLatencyTimer", Text(milliseconds)) ? kOk : kOtherError;
 }
 
-uint32_t OM_VENDOR_CALL SetBaudRate(Handle handle, uint32_t rate) {
+uint32_t OM_D2XX_CALL SetBaudRate(Handle handle, uint32_t rate) {
     return CalledOn(handle, "FT_SetBaudRate", Text(rate)) ? kOk : kOtherError;
 }
 
-uint32_t OM_VENDOR_CALL SetBitMode(Handle handle, uint8_t mask, uint8_t mode) {
+uint32_t OM_D2XX_CALL SetBitMode(Handle handle, uint8_t mask, uint8_t mode) {
     return CalledOn(handle, "FT_SetBitMode", Text(mask) + " " + Text(mode)) ? kOk : kOtherError;
 }
 
-uint32_t OM_VENDOR_CALL GetQueueStatus(Handle handle, uint32_t* waiting) {
+uint32_t OM_D2XX_CALL GetQueueStatus(Handle handle, uint32_t* waiting) {
     if (!CalledOn(handle, "FT_GetQueueStatus"))
         return kOtherError;
     *waiting =
@@ -111,7 +111,7 @@ uint32_t OM_VENDOR_CALL GetQueueStatus(Handle handle, uint32_t* waiting) {
     return kOk;
 }
 
-uint32_t OM_VENDOR_CALL Write(Handle handle, void* bytes, uint32_t count, uint32_t* done) {
+uint32_t OM_D2XX_CALL Write(Handle handle, void* bytes, uint32_t count, uint32_t* done) {
     if (!CalledOn(handle, "FT_Write", Text(count)))
         return kOtherError;
     const auto* data = static_cast<const uint8_t*>(bytes);
@@ -120,7 +120,7 @@ uint32_t OM_VENDOR_CALL Write(Handle handle, void* bytes, uint32_t count, uint32
     return kOk;
 }
 
-uint32_t OM_VENDOR_CALL Read(Handle handle, void* bytes, uint32_t count, uint32_t* done) {
+uint32_t OM_D2XX_CALL Read(Handle handle, void* bytes, uint32_t count, uint32_t* done) {
     if (!CalledOn(handle, "FT_Read", Text(count)))
         return kOtherError;
     const size_t given = std::min({size_t{count}, fake->readLimit, fake->queue.size()});

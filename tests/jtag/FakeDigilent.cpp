@@ -1,6 +1,5 @@
 #include "tests/jtag/FakeDigilent.h"
 
-#include "jtag/VendorLibrary.h"
 #include "tests/jtag/DigilentExports.h"
 
 #include <algorithm>
@@ -56,29 +55,29 @@ void GiveTdo(int getTdo, int clocks, uint8_t* tdo) {
 }
 
 struct Exported {
-    static Boolean OM_VENDOR_CALL Init(ErrorCode* error) {
+    static Boolean Init(ErrorCode* error) {
         const Boolean done = Called("DpcInit", "", error);
         fake->initialized += done;
         return done;
     }
 
-    static void OM_VENDOR_CALL Term() {
+    static void Term() {
         EXPECT_EQ(fake->opened, 0) << "DpcTerm with an open interface";
         fake->Note("DpcTerm", "");
         --fake->initialized;
     }
 
-    static void OM_VENDOR_CALL StartConfigureDevices(void* parent, ErrorCode* error) {
+    static void StartConfigureDevices(void* parent, ErrorCode* error) {
         fake->Note("DvmgStartConfigureDevices", "");
         fake->configuredOver = parent;
         *error = fake->configureError;
     }
 
-    static int OM_VENDOR_CALL GetDevCount(ErrorCode* error) {
+    static int GetDevCount(ErrorCode* error) {
         return Called("DvmgGetDevCount", "", error) ? fake->deviceCount : 0;
     }
 
-    static Boolean OM_VENDOR_CALL GetDevName(int index, char* name, ErrorCode* error) {
+    static Boolean GetDevName(int index, char* name, ErrorCode* error) {
         if (!Called("DvmgGetDevName", std::to_string(index), error) || index < 0 ||
             static_cast<size_t>(index) >= fake->names.size())
             return 0;
@@ -86,8 +85,7 @@ struct Exported {
         return 1;
     }
 
-    static Boolean OM_VENDOR_CALL OpenJtag(Handle* handle, char* name, ErrorCode* error,
-                                           void* transaction) {
+    static Boolean OpenJtag(Handle* handle, char* name, ErrorCode* error, void* transaction) {
         EXPECT_EQ(transaction, nullptr);
         const Boolean done = Called("DpcOpenJtag", std::string("'") + name + "'", error);
         *handle = kInterface; // left there even if the call fails
@@ -95,28 +93,27 @@ struct Exported {
         return done;
     }
 
-    static Boolean OM_VENDOR_CALL CloseJtag(Handle handle, ErrorCode* error) {
+    static Boolean CloseJtag(Handle handle, ErrorCode* error) {
         const Boolean done = CalledOn(handle, "DpcCloseJtag", "", error);
         --fake->opened;
         return done;
     }
 
-    static Boolean OM_VENDOR_CALL EnableJtag(Handle handle, ErrorCode* error, void* transaction) {
+    static Boolean EnableJtag(Handle handle, ErrorCode* error, void* transaction) {
         EXPECT_EQ(transaction, nullptr);
         const Boolean done = CalledOn(handle, "DpcEnableJtag", "", error);
         fake->enabled += done;
         return done;
     }
 
-    static Boolean OM_VENDOR_CALL DisableJtag(Handle handle, ErrorCode* error) {
+    static Boolean DisableJtag(Handle handle, ErrorCode* error) {
         const Boolean done = CalledOn(handle, "DpcDisableJtag", "", error);
         --fake->enabled;
         return done;
     }
 
-    static Boolean OM_VENDOR_CALL PutTdiBits(Handle handle, int bits, uint8_t* tdi, Boolean tms,
-                                             Boolean getTdo, uint8_t* tdo, ErrorCode* error,
-                                             void* transaction) {
+    static Boolean PutTdiBits(Handle handle, int bits, uint8_t* tdi, Boolean tms, Boolean getTdo,
+                              uint8_t* tdo, ErrorCode* error, void* transaction) {
         EXPECT_EQ(transaction, nullptr);
         const auto size = static_cast<size_t>(bits + 7) / 8;
         const Boolean done = CalledOn(handle, "DpcPutTdiBits",
@@ -127,9 +124,8 @@ struct Exported {
         return done;
     }
 
-    static Boolean OM_VENDOR_CALL PutTmsTdiBits(Handle handle, int pairs, uint8_t* bytes,
-                                                Boolean getTdo, uint8_t* tdo, ErrorCode* error,
-                                                void* transaction) {
+    static Boolean PutTmsTdiBits(Handle handle, int pairs, uint8_t* bytes, Boolean getTdo,
+                                 uint8_t* tdo, ErrorCode* error, void* transaction) {
         EXPECT_EQ(transaction, nullptr);
         const auto size = static_cast<size_t>(pairs + 3) / 4;
         const Boolean done =

@@ -1,6 +1,5 @@
 #include "tests/jtag/FakeJLink.h"
 
-#include "jtag/VendorLibrary.h"
 #include "tests/jtag/JLinkExports.h"
 
 #include <algorithm>
@@ -36,55 +35,54 @@ void Report() {
 }
 
 struct Exported {
-    static const char* OM_VENDOR_CALL Open() {
+    static const char* Open() {
         fake->calls.push_back("Open");
         fake->isOpen = fake->openFailure == nullptr;
         return fake->openFailure;
     }
 
-    static void OM_VENDOR_CALL Close() {
+    static void Close() {
         EXPECT_TRUE(fake->isOpen);
         EXPECT_FALSE(fake->pendingError) << "closed with an error pending";
         fake->calls.push_back("Close");
         fake->isOpen = false;
     }
 
-    static char OM_VENDOR_CALL SelectUSB(int number) {
+    static char SelectUSB(int number) {
         fake->calls.push_back("SelectUSB " + std::to_string(number));
         return static_cast<char>(fake->selectResult);
     }
 
-    static char OM_VENDOR_CALL SelectIP(const char* host, int port) {
+    static char SelectIP(const char* host, int port) {
         fake->calls.push_back(std::string("SelectIP '") + host + "' " + std::to_string(port));
         return static_cast<char>(fake->selectResult);
     }
 
-    static void OM_VENDOR_CALL SetWarnOutHandler(void (*handler)(const char*)) {
+    static void SetWarnOutHandler(void (*handler)(const char*)) {
         fake->calls.push_back("SetWarnOutHandler");
         fake->onWarning = handler;
     }
 
-    static void OM_VENDOR_CALL SetErrorOutHandler(void (*handler)(const char*)) {
+    static void SetErrorOutHandler(void (*handler)(const char*)) {
         fake->calls.push_back("SetErrorOutHandler");
         fake->onError = handler;
     }
 
-    static char OM_VENDOR_CALL HasError() {
+    static char HasError() {
         fake->calls.push_back("HasError");
         return fake->pendingError ? 1 : 0;
     }
 
-    static void OM_VENDOR_CALL ClrError() {
+    static void ClrError() {
         fake->calls.push_back("ClrError");
         fake->pendingError = false;
     }
 
-    static void OM_VENDOR_CALL SetSpeed(uint32_t kilohertz) {
+    static void SetSpeed(uint32_t kilohertz) {
         fake->calls.push_back("SetSpeed " + std::to_string(kilohertz));
     }
 
-    static void OM_VENDOR_CALL StoreGetRaw(const uint8_t* tdi, uint8_t* tdo, const uint8_t* tms,
-                                           uint32_t bits) {
+    static void StoreGetRaw(const uint8_t* tdi, uint8_t* tdo, const uint8_t* tms, uint32_t bits) {
         EXPECT_TRUE(fake->isOpen);
         fake->calls.push_back("StoreGetRaw " + std::to_string(bits) + " tms" + Hex(tms, bits) +
                               " tdi" + Hex(tdi, bits));
@@ -97,7 +95,7 @@ struct Exported {
         Report();
     }
 
-    static void OM_VENDOR_CALL StoreRaw(const uint8_t* tdi, const uint8_t* tms, uint32_t bits) {
+    static void StoreRaw(const uint8_t* tdi, const uint8_t* tms, uint32_t bits) {
         EXPECT_TRUE(fake->isOpen);
         fake->calls.push_back("StoreRaw " + std::to_string(bits) + " tms" + Hex(tms, bits) +
                               " tdi" + Hex(tdi, bits));

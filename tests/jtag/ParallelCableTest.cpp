@@ -1,4 +1,4 @@
-#include "jtag/ParallelPods.h"
+#include "jtag/PinTableCables.h"
 
 #include "jtag/CableFactory.h"
 #include "tests/jtag/FakePortDriver.h"

@@ -12,7 +12,7 @@ std::vector<uint8_t> BytesOf(const OmTmsTdiPairs& pairs) {
 
 TEST(TmsTdiPairs, FourPairsAByteWithTdiBelowTms) {
     OmTmsTdiPairs pairs;
-    EXPECT_EQ(pairs.Count(), 0U);
+    EXPECT_EQ(pairs.GetPosition(), 0U);
     EXPECT_TRUE(pairs.Bytes().empty());
     pairs.Put(false, true);
     EXPECT_EQ(BytesOf(pairs), (std::vector<uint8_t>{0x01}));
@@ -23,14 +23,14 @@ TEST(TmsTdiPairs, FourPairsAByteWithTdiBelowTms) {
     EXPECT_EQ(BytesOf(pairs), (std::vector<uint8_t>{0x39}));
     pairs.Put(false, true);
     EXPECT_EQ(BytesOf(pairs), (std::vector<uint8_t>{0x39, 0x01}));
-    EXPECT_EQ(pairs.Count(), 5U);
+    EXPECT_EQ(pairs.GetPosition(), 5U);
 }
 
 TEST(TmsTdiPairs, RestartForgetsAll) {
     OmTmsTdiPairs pairs;
     pairs.Put(true, true);
     pairs.Restart(100);
-    EXPECT_EQ(pairs.Count(), 0U);
+    EXPECT_EQ(pairs.GetPosition(), 0U);
     pairs.Put(false, true);
     EXPECT_EQ(BytesOf(pairs), (std::vector<uint8_t>{0x01}));
 }
@@ -38,7 +38,7 @@ TEST(TmsTdiPairs, RestartForgetsAll) {
 TEST(TmsTdiPairs, PathsHoldTdiHigh) {
     OmTmsTdiPairs pairs;
     pairs.PutPath(kTapResetPath);
-    EXPECT_EQ(pairs.Count(), 6U);
+    EXPECT_EQ(pairs.GetPosition(), 6U);
     EXPECT_EQ(BytesOf(pairs), (std::vector<uint8_t>{0xFF, 0x07}));
 }
 
@@ -68,7 +68,7 @@ TEST(TmsTdiPairs, RunsFromEveryPlaceInAByte) {
         for (int i = 0; i < row.ahead; ++i)
             pairs.Put(true, true);
         pairs.PutBits(bits);
-        EXPECT_EQ(pairs.Count(), 11U + static_cast<size_t>(row.ahead));
+        EXPECT_EQ(pairs.GetPosition(), 11U + static_cast<size_t>(row.ahead));
         EXPECT_EQ(std::vector<uint8_t>(pairs.Bytes().begin(), pairs.Bytes().end()), row.bytes)
             << row.ahead;
     }

@@ -1,4 +1,4 @@
-#include "jtag/ParallelPods.h"
+#include "jtag/PinTableCables.h"
 
 #include "jtag/Exception.h"
 #include "platform/Translation.h"

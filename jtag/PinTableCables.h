@@ -1,11 +1,11 @@
-// The pods on the parallel port.
+// The cables on the parallel port.
 #pragma once
 
 #include "jtag/ParallelCable.h"
 
 #include <cstdint>
 
-// Bits of the port's registers; the table is the whole difference between the pods.
+// Bits of the port's registers; the table is the whole difference between them.
 struct OmParallelPins {
     uint8_t always; // of the data register, set in every write
     uint8_t tck;
