@@ -37,6 +37,10 @@ wxBitmapBundle GetAboutPicture() {
     return LoadBothScales("about", 360);
 }
 
+wxBitmapBundle GetWizardPicture() {
+    return LoadBothScales("wizard", 130);
+}
+
 wxIconBundle GetAppIcon() {
     wxIconBundle bundle;
     for (const int size : {16, 32, 48, 64, 128}) {

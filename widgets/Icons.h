@@ -13,5 +13,8 @@ wxBitmapBundle GetPicture(const char* name);
 // The 360 by 120 picture of the About box.
 wxBitmapBundle GetAboutPicture();
 
+// The 130 by 460 picture at the side of a wizard.
+wxBitmapBundle GetWizardPicture();
+
 // The icon of the program's windows, in all sizes.
 wxIconBundle GetAppIcon();

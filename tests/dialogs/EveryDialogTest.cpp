@@ -6,6 +6,7 @@
 #include "dialogs/BsdlFileDlg.h"
 #include "dialogs/BsdlInfoDlg.h"
 #include "dialogs/BsdlSearchDlg.h"
+#include "dialogs/ChainSizeDlg.h"
 #include "dialogs/EditSectorsDlg.h"
 #include "dialogs/FlashInfoDlg.h"
 #include "dialogs/GoToOffsetDlg.h"
@@ -58,6 +59,7 @@ const Case kCases[] = {
     {"BSDL File", Make<OmBsdlFileDlg>},
     {"BSDL info", Make<OmBsdlInfoDlg>},
     {"BSDL search", MakeBsdlSearch},
+    {"chain size", Make<OmChainSizeDlg>},
     {"Sectors", Make<OmEditSectorsDlg>},
     {"Erase", MakeErase},
     {"error message", MakeErrorMessage, wxID_CANCEL, wxID_CANCEL},

@@ -18,6 +18,8 @@ constexpr size_t kWeCell = 2;
 constexpr size_t kFirstAddressCell = 3;
 constexpr uint8_t kDisable = 1;
 
+constexpr size_t kIdcodeBits = 32;
+
 class FakeCable : public OmCable, public OmJtagHAL {
   public:
     explicit FakeCable(FakeTarget& target) : target_(target) { ++target_.cablesOpen; }
@@ -209,13 +211,23 @@ OmBitVector FakeTarget::CaptureDr() {
         if (register_ == Register::Boundary && i == flashDevice) {
             AppendBits(content, CaptureBoundary());
         } else if (register_ == Register::Idcode && device.idcode) {
-            for (unsigned bit = 0; bit < 32; ++bit)
+            for (unsigned bit = 0; bit < kIdcodeBits; ++bit)
                 content.push_back((*device.idcode >> bit) & 1);
         } else {
             content.push_back(0);
         }
     }
     return content;
+}
+
+// What comes in at TDI, and the devices on the way, never pass the faulty device.
+void FakeTarget::MaskBehindFault(OmBitVector& out) const {
+    size_t passed = 0;
+    for (auto device = devices.rbegin(); device != devices.rend(); ++device) {
+        passed += device->idcode ? kIdcodeBits : 1;
+        if (device->idcodeMasksTdi && passed < out.size())
+            std::fill(out.begin() + static_cast<ptrdiff_t>(passed), out.end(), uint8_t{1});
+    }
 }
 
 size_t FakeTarget::FirstDataCell() const {
@@ -278,6 +290,8 @@ OmBitVector FakeTarget::ScanDR(const OmBitVector& in) {
         return OmBitVector(in.size(), *tdoStuckAt);
     OmBitVector content = CaptureDr();
     OmBitVector out = Shift(content, in);
+    if (register_ == Register::Idcode)
+        MaskBehindFault(out);
     if (register_ != Register::Boundary)
         return out;
     const size_t behind = devices.size() - 1 - flashDevice; // in BYPASS, one bit each

@@ -16,6 +16,7 @@
 struct FakeChainDevice {
     std::optional<uint32_t> idcode; // none: BYPASS after a reset
     unsigned irLength = 4;
+    bool idcodeMasksTdi = false; // ATmega: ones instead of TDI while IDCODE is selected
 };
 
 class FakeTarget {
@@ -67,6 +68,7 @@ class FakeTarget {
     size_t BoundaryLength() const;
     size_t FirstDataCell() const;
     OmBitVector CaptureDr();
+    void MaskBehindFault(OmBitVector& out) const;
     OmBitVector CaptureBoundary();
     uint32_t ReadChips();
     void WriteChips(uint32_t address, uint32_t data);
