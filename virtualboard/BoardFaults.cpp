@@ -1,5 +1,6 @@
 #include "virtualboard/BoardFaults.h"
 
+#include "virtualboard/IntelFlash.h"
 #include "virtualboard/Numbers.h"
 
 #include <stdexcept>
@@ -36,6 +37,16 @@ void OpenPin(Board& board, const Words& words) {
     socket->OpenDataPin(ParseNumber(words[2]));
 }
 
+// As an earlier boot of the board has left it; WP decides whether it can be taken back.
+void LockDown(Board& board, const Words& words) {
+    FaultsOf(board, words[1]); // says so if there is no such chip
+    auto* intel = dynamic_cast<IntelFlash*>(&board.FindFlash(words[1])->Model());
+    if (!intel)
+        throw std::runtime_error("'" + words[1] + "' has no locks");
+    intel->LockedDownBlocks().insert(ParseNumber(words[2]));
+    intel->SetLocked(ParseNumber(words[2]), true);
+}
+
 struct Fault {
     const char* name;
     size_t arguments;
@@ -63,6 +74,7 @@ constexpr Fault kFaults[] = {
          FaultsOf(board, words[1]); // says so if there is no such chip
          board.FindFlash(words[1])->Model().ProtectedSectors().insert(ParseNumber(words[2]));
      }},
+    {"lock-down", 2, LockDown},
     {"buffer-aborts", 2,
      [](Board& board, const Words& words) {
          FaultsOf(board, words[1]).bufferAborts = ParseNumber(words[2]);

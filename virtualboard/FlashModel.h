@@ -76,6 +76,9 @@ class FlashModel {
 
     uint32_t QueryByte(uint32_t address) const;
     bool IsProtected(uint32_t sector) const;
+
+    bool WriteProtected() const { return writeProtect_; }
+
     // Clears bits as programming does.
     void ProgramWord(uint32_t address, uint32_t value);
     // False if a bit should be 1 and is 0, where the chip minds, or will not become 0.

@@ -107,6 +107,8 @@ const std::vector<Key>& Keys() {
         NumberKey("status-fill", &P::statusFill),
         NumberKey("seed", &P::seed),
         ChoiceKey("locks", &P::lockScheme, kLockSchemes),
+        NumberKey("partitions", &P::partitions),
+        ChoiceKey("busy-read-modes", &P::busyReadModes, kSwitches),
         ChoiceKey("cfi", &P::cfi, kCfiKinds),
         NumberKey("primary", &P::primaryCode),
         SectorsKey(),

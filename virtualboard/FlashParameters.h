@@ -67,6 +67,8 @@ struct FlashParameters {
     uint32_t statusFill = 0;    // AMD: what the data pins above DQ7 show beside the status
     uint32_t seed = 1;          // of what varies
     LockScheme lockScheme = LockScheme::Single; // Intel only
+    uint32_t partitions = 1;    // Intel: equal parts that are read while another is busy
+    bool busyReadModes = false; // Intel: a busy partition takes FFh, 90h and 98h too
     CfiKind cfi = CfiKind::Full;
     uint16_t primaryCode = 0; // 0: what follows from the command set
     std::vector<SectorGroup> sectors;

@@ -1,26 +1,11 @@
 #include "virtualboard/IntelFlash.h"
 
-#include <algorithm>
-#include <sstream>
 #include <utility>
 
 namespace vb {
 
-namespace {
-
-// Status register.
-constexpr uint8_t kReady = 0x80;        // SR7
-constexpr uint8_t kEraseError = 0x20;   // SR5
-constexpr uint8_t kProgramError = 0x10; // SR4
-constexpr uint8_t kBlockLocked = 0x02;  // SR1
-
-// An operation that a lock forbids is over this soon.
-constexpr uint32_t kRefusedMicroseconds = 1;
-
-} // namespace
-
 IntelFlash::IntelFlash(const FlashParameters& parameters, const BoardClock& clock)
-    : FlashModel(parameters, clock) {
+    : FlashModel(parameters, clock), partitions_(parameters.partitions) {
     if (parameters.lockScheme == LockScheme::Single) // locked at power-up
         for (uint32_t block = 0; block < parameters.SectorCount(); ++block)
             locked_.insert(locked_.end(), block);
@@ -34,10 +19,25 @@ void IntelFlash::SetLocked(uint32_t block, bool locked) {
 }
 
 void IntelFlash::HardwareReset() {
-    output_ = Output::Array;
-    operation_ = Operation::None;
+    partitions_.assign(partitions_.size(), {});
+    running_ = {};
+    paused_.clear();
+    pauseAt_ = 0;
     step_ = Step::Command;
-    errors_ = 0;
+}
+
+size_t IntelFlash::PartitionOf(uint32_t address) const {
+    const uint64_t word = address % parameters_.SizeWords();
+    return static_cast<size_t>(word * partitions_.size() / parameters_.SizeWords());
+}
+
+// Identifiers and query table are counted from the partition's first word.
+uint32_t IntelFlash::InPartition(uint32_t address) const {
+    return address % (parameters_.SizeWords() / parameters_.partitions);
+}
+
+size_t IntelFlash::PartitionOfBlock(uint32_t block) const {
+    return PartitionOf(parameters_.SectorStart(block) / parameters_.WordBytes());
 }
 
 void IntelFlash::Write(uint32_t address, uint32_t data) {
@@ -46,13 +46,12 @@ void IntelFlash::Write(uint32_t address, uint32_t data) {
     Settle();
     const auto command = static_cast<uint8_t>(data);
     if (Busy())
-        return; // the status register is all that a busy chip answers
+        return WriteWhileBusy(address, command);
     switch (std::exchange(step_, Step::Command)) {
     case Step::Command:
         return WriteCommand(address, command);
     case Step::Program:
-        buffer_.assign(1, {address, data});
-        return Start(Operation::Program, SectorOfWord(address), parameters_.times.wordMicroseconds);
+        return StartWord(address, data);
     case Step::Erase:
         return WriteErase(address, command);
     case Step::Lock:
@@ -62,15 +61,24 @@ void IntelFlash::Write(uint32_t address, uint32_t data) {
     case Step::BufferData:
         return LoadBuffer(address, data);
     case Step::BufferConfirm:
-        return ConfirmBuffer(command);
+        return ConfirmBuffer(address, command);
+    case Step::Protection:
+        ++protectionWrites_;
+        return Start(OperationKind::Protection, SectorOfWord(address),
+                     parameters_.times.wordMicroseconds);
+    case Step::FactoryProgram:
+        return WriteFactoryProgram(address, command);
     }
 }
 
-// The first byte of a command: what the outputs show from then on, what the next write is taken
-// for, and whether this chip knows the command at all.
+// The first byte of a command: what the partition shows from then on, what the next write is taken
+// for, and whether this chip takes the command at all.
 void IntelFlash::WriteCommand(uint32_t address, uint8_t command) {
     const bool buffers = parameters_.bufferBytes != 0;
     const bool locks = parameters_.lockScheme != LockScheme::None;
+    const bool single = parameters_.lockScheme == LockScheme::Single;
+    const bool programs = !HasPaused(OperationKind::Program);
+    const bool erases = paused_.empty();
 
     const struct {
         uint8_t code;
@@ -82,53 +90,65 @@ void IntelFlash::WriteCommand(uint32_t address, uint8_t command) {
         {0x70, Output::Status, Step::Command, true},
         {0x90, Output::Identifier, Step::Command, true},
         {0x98, Output::Query, Step::Command, HasQueryMode()},
-        {0x40, Output::Status, Step::Program, true},
-        {0x10, Output::Status, Step::Program, true},
-        {0x20, Output::Status, Step::Erase, true},
+        {0x40, Output::Status, Step::Program, programs},
+        {0x10, Output::Status, Step::Program, programs},
+        {0x20, Output::Status, Step::Erase, erases},
         {0x60, Output::Status, Step::Lock, locks},
+        {0xC0, Output::Status, Step::Protection, locks && erases},
+        {0x80, Output::Status, Step::FactoryProgram, single && erases},
         // The status after E8h is the extended one: SR7 says that a buffer is free.
-        {0xE8, Output::Status, Step::BufferCount, buffers},
+        {0xE8, Output::Status, Step::BufferCount, buffers && programs},
     };
 
     if (command == 0x50)
-        errors_ = 0;
+        At(address).errors = 0;
+    if (command == 0xD0 && !paused_.empty())
+        return Resume(address);
     for (const auto& row : commands) {
         if (row.code != command || !row.known)
             continue;
-        output_ = row.output;
+        At(address).output = row.output;
         step_ = row.step;
         block_ = SectorOfWord(address);
     }
 }
 
-void IntelFlash::SequenceError() {
-    errors_ |= kEraseError | kProgramError;
-}
-
 void IntelFlash::WriteErase(uint32_t address, uint8_t command) {
-    if (command != 0xD0) {
-        SequenceError();
-        return;
-    }
-    Start(Operation::Erase, SectorOfWord(address), parameters_.times.sectorMicroseconds);
+    if (command != 0xD0)
+        return SequenceError(address);
+    Start(OperationKind::Erase, SectorOfWord(address), parameters_.times.sectorMicroseconds);
 }
 
 void IntelFlash::WriteLock(uint32_t address, uint8_t command) {
+    const uint32_t block = SectorOfWord(address);
+    const uint32_t time = parameters_.times.lockMicroseconds;
     if (command == 0x01)
-        Start(Operation::Lock, SectorOfWord(address), parameters_.times.lockMicroseconds);
-    else if (command == 0xD0)
-        Start(Operation::Unlock, SectorOfWord(address), parameters_.times.lockMicroseconds);
-    else
-        SequenceError();
+        return Start(OperationKind::Lock, block, time);
+    if (command == 0xD0)
+        return Start(OperationKind::Unlock, block, time);
+    if (command == 0x03) {
+        ++configurationWrites_;
+    } else if (command == 0x2F && parameters_.lockScheme == LockScheme::Single) {
+        lockedDown_.insert(block);
+        locked_.insert(block);
+    } else {
+        SequenceError(address);
+    }
+}
+
+// Factory programming needs a voltage at VPP that no board has.
+void IntelFlash::WriteFactoryProgram(uint32_t address, uint8_t command) {
+    constexpr uint8_t kVoltageError = 0x18; // SR4, SR3
+    if (command != 0xD0)
+        return SequenceError(address);
+    At(address).errors |= kVoltageError;
 }
 
 void IntelFlash::LoadBufferCount(uint32_t address, uint32_t data) {
     const uint32_t words = (data & WordMask()) + 1;
     if (SectorOfWord(address) != block_ ||
-        words > parameters_.bufferBytes / parameters_.WordBytes()) {
-        SequenceError();
-        return;
-    }
+        words > parameters_.bufferBytes / parameters_.WordBytes())
+        return SequenceError(address);
     buffer_.clear();
     bufferLeft_ = words;
     step_ = Step::BufferData;
@@ -139,122 +159,29 @@ void IntelFlash::LoadBuffer(uint32_t address, uint32_t data) {
     buffer_.push_back({address, data});
     const uint32_t distance = address - buffer_.front().address;
     if (SectorOfWord(address) != block_ ||
-        distance >= parameters_.bufferBytes / parameters_.WordBytes()) {
-        SequenceError();
-        return;
-    }
+        distance >= parameters_.bufferBytes / parameters_.WordBytes())
+        return SequenceError(address);
     step_ = --bufferLeft_ == 0 ? Step::BufferConfirm : Step::BufferData;
 }
 
-void IntelFlash::ConfirmBuffer(uint8_t command) {
+void IntelFlash::ConfirmBuffer(uint32_t address, uint8_t command) {
     if (command != 0xD0 || faults_.bufferAborts > 0) {
         faults_.bufferAborts -= faults_.bufferAborts > 0 ? 1 : 0;
-        SequenceError();
-        return;
+        return SequenceError(address);
     }
-    Start(Operation::Program, block_, parameters_.times.bufferMicroseconds);
+    Start(OperationKind::Program, block_, parameters_.times.bufferMicroseconds);
 }
 
-void IntelFlash::Start(Operation operation, uint32_t block, uint32_t microseconds) {
-    const bool changes = operation == Operation::Program || operation == Operation::Erase;
-    const bool refused = changes && (locked_.contains(block) || IsProtected(block));
-    operation_ = operation;
-    output_ = Output::Status;
-    block_ = block;
-    deadline_ = refused ? After(kRefusedMicroseconds) : AfterAtMost(microseconds);
-}
-
-void IntelFlash::Settle() {
-    if (!Busy() || !Expired(deadline_))
-        return;
-    const Operation operation = std::exchange(operation_, Operation::None);
-    if (operation == Operation::Program)
-        FinishProgram();
-    else if (operation == Operation::Erase)
-        FinishErase();
-    else
-        FinishLock(operation == Operation::Lock);
-}
-
-void IntelFlash::FinishProgram() {
-    if (locked_.contains(block_) || IsProtected(block_)) {
-        errors_ |= kProgramError | kBlockLocked;
-        return;
-    }
-    bool good = !faults_.programFails.contains(block_);
-    for (const BufferedWord& word : buffer_) {
-        if (!good)
-            break;
-        good = CanProgram(word.address, word.value);
-        ProgramWord(word.address, word.value);
-    }
-    errors_ |= good ? 0 : kProgramError;
-}
-
-void IntelFlash::FinishErase() {
-    if (locked_.contains(block_) || IsProtected(block_))
-        errors_ |= kEraseError | kBlockLocked;
-    else if (faults_.eraseFails.contains(block_))
-        errors_ |= kEraseError;
-    else
-        EraseSector(block_);
-}
-
-void IntelFlash::FinishLock(bool lock) {
-    if (faults_.lockFails.contains(block_))
-        errors_ |= lock ? kProgramError : kEraseError;
-    else if (lock || parameters_.lockScheme == LockScheme::Single)
-        SetLocked(block_, lock);
-    else
-        locked_.clear();
-}
-
-// Word 2 of each block tells whether the block is locked.
+// Word 2 of each block tells whether the block is locked, and locked down.
 uint32_t IntelFlash::Identifier(uint32_t address) const {
-    const uint32_t blockStart =
-        parameters_.SectorStart(SectorOfWord(address)) / parameters_.WordBytes();
+    const uint32_t block = SectorOfWord(address);
+    const uint32_t blockStart = parameters_.SectorStart(block) / parameters_.WordBytes();
     const uint32_t offset =
         (address % parameters_.SizeWords() - blockStart) >> parameters_.commandShift;
     if (offset == 2)
-        return IsLocked(SectorOfWord(address)) ? 1 : 0;
-    const uint32_t place = address >> parameters_.commandShift;
+        return (IsLocked(block) ? 1 : 0) | (lockedDown_.contains(block) ? 2 : 0);
+    const uint32_t place = InPartition(address) >> parameters_.commandShift;
     return place == 0 ? parameters_.manufacturer : place == 1 ? parameters_.device : 0;
-}
-
-uint32_t IntelFlash::Read(uint32_t address) {
-    Settle();
-    if (Busy())
-        return errors_;
-    switch (output_) {
-    case Output::Array:
-        return Word(address);
-    case Output::Identifier:
-        return Identifier(address) & WordMask();
-    case Output::Query:
-        return QueryByte(address);
-    default:
-        return kReady | errors_;
-    }
-}
-
-std::string IntelFlash::State() const {
-    std::string text = std::to_string(static_cast<int>(output_)) + " " + std::to_string(errors_);
-    for (const uint32_t block : locked_)
-        text += " " + std::to_string(block);
-    return text;
-}
-
-void IntelFlash::Restore(const std::string& state) {
-    std::istringstream text(state);
-    int output = 0;
-    unsigned errors = 0;
-    if (!(text >> output >> errors))
-        return;
-    output_ = static_cast<Output>(output);
-    errors_ = static_cast<uint8_t>(errors);
-    locked_.clear();
-    for (uint32_t block = 0; text >> block;)
-        locked_.insert(block);
 }
 
 } // namespace vb

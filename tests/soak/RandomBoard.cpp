@@ -35,7 +35,7 @@ class Drawer {
         if (!board_.intel)
             DrawAmd();
         else
-            Set("locks", Choose({"none", "single", "together"}));
+            DrawIntel();
         DrawSeeds();
         DrawChain();
         board_.frequency = dice_.From(kFrequencies);
@@ -79,6 +79,13 @@ class Drawer {
         Set("bypass-commands", Choose({"program", "all"}));
         if (bus_.widthBits > 8)
             Set("status-fill", Choose({"0", "0xFFFFFF00", "0x5A5A5A00"}));
+    }
+
+    void DrawIntel() {
+        Set("locks", Choose({"none", "single", "together"}));
+        Set("suspend", Choose({"none", "erase", "all", "all"}));
+        Set("partitions", Choose({"1", "1", "2", "4", "8"}));
+        Set("busy-read-modes", Choose({"yes", "no"}));
     }
 
     // Chips side by side do not end at the same time.

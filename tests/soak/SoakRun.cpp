@@ -6,6 +6,7 @@
 #include "tests/road/SilentUser.h"
 #include "tests/soak/RandomBoard.h"
 #include "tests/soak/RandomImage.h"
+#include "virtualboard/IntelFlash.h"
 
 #include <algorithm>
 #include <sstream>
@@ -77,6 +78,7 @@ class Run {
         for (uint32_t i = 0; i < images && result_.failures.empty(); ++i)
             Program(DrawImage(dice_, i * kImageBytes, kImageBytes, busBytes), expected);
         result_.scans = road_.board->DataScans();
+        CheckIntel();
         const std::string violations = DescribeViolations(*road_.board);
         if (!violations.empty())
             Fail(violations);
@@ -152,6 +154,15 @@ class Run {
             Fail(std::to_string(wrong) + " bytes wrong after '" + (told ? "failed" : "programmed") +
                  "': " + first);
         CheckVerify(image.image, wrong != 0);
+    }
+
+    // Data that were taken for commands can do what no erase takes back.
+    void CheckIntel() {
+        for (size_t i = 0; drawn_.intel && i < road_.board->FlashCount(); ++i) {
+            const auto& chip = dynamic_cast<vb::IntelFlash&>(road_.board->Flash(i).Model());
+            if (chip.ProtectionWrites() + chip.ConfigurationWrites() != 0)
+                Fail("the protection or configuration register has been written");
+        }
     }
 
     // What the array holds outside the image is not its business.
