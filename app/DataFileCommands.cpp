@@ -5,6 +5,7 @@
 #include "app/RawParts.h"
 #include "app/ScopedFlag.h"
 #include "data/DataFiles.h"
+#include "data/DataFormats.h"
 #include "platform/Text.h"
 #include "platform/Translation.h"
 #include "platform/UserInterface.h"
@@ -14,35 +15,50 @@
 
 namespace {
 
-constexpr char kLoadFilter[] =
-    wxTRANSLATE("*.srec *.mot *.S19 *.hex *.bin *.raw *.dat|"
-                "*.srec;*.mot;*.S19;*.hex;*.bin;*.raw;*.dat|All Files (*.*)|*.*");
-constexpr char kSaveFilter[] =
-    wxTRANSLATE("S-record (*.srec;*.mot;*.S19)|*.srec;*.mot;*.S19|"
-                "Intel HEX (*.hex)|*.hex|Raw binary (*.bin;*.raw;*.dat)|*.bin;*.raw;*.dat");
+// "*.hex;*.ihex"
+wxString JoinPatterns(const OmDataFormat& format, const char* separator) {
+    wxString patterns;
+    for (const char* extension : format.extensions)
+        patterns << (patterns.empty() ? "" : separator) << "*." << extension;
+    return patterns;
+}
 
-bool WriteWholeFile(bool (*write)(const std::string&, const OmDataImage&), const std::wstring& path,
+wxString JoinAllPatterns(const char* separator) {
+    wxString patterns;
+    for (const OmDataFormat& format : GetDataFormats())
+        patterns << (patterns.empty() ? "" : separator) << JoinPatterns(format, separator);
+    return patterns;
+}
+
+wxString MakeLoadFilter() {
+    return JoinAllPatterns(" ") + "|" + JoinAllPatterns(";") + "|" + _("All Files (*.*)|*.*");
+}
+
+// One entry a format, in the formats' order: the chosen entry sets the format, not the file's name.
+wxString MakeSaveFilter() {
+    wxString filter;
+    for (const OmDataFormat& format : GetDataFormats()) {
+        const wxString patterns = JoinPatterns(format, ";");
+        filter << (filter.empty() ? "" : "|") << Translated(format.label) << " (" << patterns
+               << ")|" << patterns;
+    }
+    return filter;
+}
+
+bool WriteWholeFile(const OmDataFormat& format, const std::wstring& path,
                     const OmDataImage& image) {
     {
         const OmBusyCursor busy;
-        if (write(ToLocal(path), image))
+        if (format.write(ToLocal(path), image))
             return true;
     }
     ShowMessage(TranslatedFormat("Failed to save '%ls'.", path.c_str()), kErrorBox);
     return false;
 }
 
-bool SaveAsSRecord(const std::wstring& path, const OmDataImage& image) {
-    return WriteWholeFile(WriteSRecordFile, path, image);
+bool SaveData(const OmDataFormat& format, const std::wstring& path, const OmDataImage& image) {
+    return format.holdsGaps ? WriteWholeFile(format, path, image) : SaveRawParts(path, image);
 }
-
-bool SaveAsIntelHex(const std::wstring& path, const OmDataImage& image) {
-    return WriteWholeFile(WriteIntelHexFile, path, image);
-}
-
-// In the order of the save filter: the chosen filter sets the format, not the file's name.
-constexpr bool (*kSavers[])(const std::wstring&,
-                            const OmDataImage&) = {SaveAsSRecord, SaveAsIntelHex, SaveRawParts};
 
 } // namespace
 
@@ -61,7 +77,7 @@ void OmMainFrame::OnLoadData(wxCommandEvent&) {
     if (!PromptSaveData())
         return;
     const wxString path =
-        GetFileChooser().ChooseToOpen(this, _("Load Data File"), wxGetTranslation(kLoadFilter));
+        GetFileChooser().ChooseToOpen(this, _("Load Data File"), MakeLoadFilter());
     if (!path.empty())
         LoadDataFile(path);
 }
@@ -117,11 +133,12 @@ void OmMainFrame::OnSaveDataAs(wxCommandEvent&) {
 
 void OmMainFrame::SaveDataUnderNewName() {
     int filterIndex = 0;
-    const wxString path = GetFileChooser().ChooseToSave(this, _("Save Data File"),
-                                                        wxGetTranslation(kSaveFilter), filterIndex);
-    if (path.empty() || filterIndex < 0 || filterIndex >= static_cast<int>(std::size(kSavers)))
+    const wxString path =
+        GetFileChooser().ChooseToSave(this, _("Save Data File"), MakeSaveFilter(), filterIndex);
+    const std::span<const OmDataFormat> formats = GetDataFormats();
+    if (path.empty() || filterIndex < 0 || static_cast<size_t>(filterIndex) >= formats.size())
         return;
-    if (kSavers[filterIndex](path.ToStdWstring(), dataImage_))
+    if (SaveData(formats[static_cast<size_t>(filterIndex)], path.ToStdWstring(), dataImage_))
         TakeDataPath(path);
 }
 

@@ -2,9 +2,10 @@
 
 #include "bsdl/BsdlData.h"
 #include "bsdl/BsdlGrammar.h"
-#include "bsdl/BsdlParser.h"
+#include "bsdl/BsdlParserCallback.h"
 #include "bsdl/BsdlScanner.h"
 #include "bsdl/NumberText.h"
+#include "platform/Letters.h"
 #include "platform/Translation.h"
 
 #include <algorithm>

@@ -1,6 +1,7 @@
 #include "bsdl/BsdlData.h"
 
 #include "bsdl/NumberText.h"
+#include "platform/Letters.h"
 
 #include <algorithm>
 
@@ -15,18 +16,6 @@ constexpr const char* kFunctionNames[] = {"INPUT",   "OUTPUT2",  "OUTPUT3",
                                           "CLOCK",   "BIDIR",    "OBSERVE_ONLY"};
 
 constexpr const char* kDirectionNames[] = {"in", "out", "buffer", "inout", "linkage"};
-
-// BSDL is ASCII; the user's locale must not change what is equal.
-char ToUpper(char character) {
-    return character >= 'a' && character <= 'z' ? static_cast<char>(character - 'a' + 'A')
-                                                : character;
-}
-
-std::string UpperCased(std::string_view text) {
-    std::string result(text);
-    std::ranges::transform(result, result.begin(), ToUpper);
-    return result;
-}
 
 std::optional<uint8_t> ReadBinaryDigit(std::string_view text) {
     if (text == "0" || text == "1")
@@ -62,10 +51,6 @@ bool IsEntityAttribute(const OmBsdlAttribute& attribute, std::string_view name,
 }
 
 } // namespace
-
-bool EqualsIgnoringCase(std::string_view a, std::string_view b) {
-    return std::ranges::equal(a, b, {}, ToUpper, ToUpper);
-}
 
 const char* GetCellFunctionName(OmBsdlCellFunction function) {
     return kFunctionNames[static_cast<size_t>(function)];

@@ -5,16 +5,11 @@
 // on the GUI thread only.
 #pragma once
 
+#include "bsdl/BsdlFinderEvents.h"
 #include "jtag/BitVector.h"
 
 #include <string>
 #include <vector>
-#include <wx/event.h>
-
-wxDECLARE_EVENT(OM_EVT_BSDL_FILE, wxCommandEvent);  // path of the file now being parsed
-wxDECLARE_EVENT(OM_EVT_BSDL_FOUND, wxCommandEvent); // "path;entity;pin mapping names;pattern"
-wxDECLARE_EVENT(OM_EVT_BSDL_LOG, wxCommandEvent);   // a line or more for the log pane
-wxDECLARE_EVENT(OM_EVT_BSDL_DONE, wxCommandEvent);  // "completed" or "canceled"; the last one
 
 class OmBsdlFinder {
   public:

@@ -1,7 +1,7 @@
 #include "bsdl/BsdlFinderThread.h"
 
 #include "bsdl/BsdlData.h"
-#include "bsdl/BsdlFinder.h"
+#include "bsdl/BsdlFinderEvents.h"
 #include "bsdl/BsdlParser.h"
 #include "bsdl/IdcodePattern.h"
 #include "platform/Text.h"

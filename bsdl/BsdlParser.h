@@ -2,16 +2,11 @@
 // a time.
 #pragma once
 
+#include "bsdl/BsdlParserCallback.h"
+
 #include <string>
 
 class OmBsdlData;
-
-class OmBsdlParserCallback {
-  public:
-    virtual ~OmBsdlParserCallback() = default;
-    virtual void Error(const char* text) = 0; // a located error
-    virtual void Info(const char* text) = 0;  // a line that explains the error before it
-};
 
 // Collects everything said into one text.
 class OmBsdlParserCallbackImpl : public OmBsdlParserCallback {

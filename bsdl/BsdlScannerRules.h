@@ -1,8 +1,6 @@
 // What the scanner's rules use of the scanner around them.
 #pragma once
 
-#include "bsdl/BsdlScanner.h"
-
 // Keeps the text of the token just matched and returns `token`.
 int KeepText(int token);
 

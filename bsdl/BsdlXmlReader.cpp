@@ -1,58 +1,42 @@
 #include "bsdl/BsdlData.h"
 #include "bsdl/BsdlXml.h"
-#include "platform/Text.h"
+#include "bsdl/XmlElements.h"
 
 #include <algorithm>
-#include <wx/xml/xml.h>
+#include <limits>
 
 namespace {
 
-const wxXmlNode* FindChild(const wxXmlNode& node, const char* name) {
-    const wxXmlNode* child = node.GetChildren();
-    while (child && child->GetName() != name)
-        child = child->GetNext();
-    return child;
-}
-
-// Calls `read` for every child of that name until one fails.
-template <typename Read>
-bool ForEachChild(const wxXmlNode& node, const char* name, Read read) {
-    for (const wxXmlNode* child = node.GetChildren(); child; child = child->GetNext())
-        if (child->GetName() == name && !read(*child))
-            return false;
-    return true;
-}
-
-std::string Get(const wxXmlNode& node, const char* name) {
-    return ToLocal(node.GetAttribute(name).ToStdWstring());
-}
-
 bool GetText(const wxXmlNode& node, const char* name, std::string& value) {
-    value = Get(node, name);
+    value = GetXmlText(node, name);
     return !value.empty();
 }
 
-bool GetNumber(const wxXmlNode& node, const char* name, const char* fallback, int32_t& value) {
-    long number = 0;
-    if (!node.GetAttribute(name, fallback).ToLong(&number))
-        return false;
-    value = static_cast<int32_t>(number);
-    return value == number;
+bool GetNumber(const wxXmlNode& node, const char* name, int32_t& value) {
+    using Limits = std::numeric_limits<int32_t>;
+    const auto number = GetXmlNumber(node, name, Limits::min(), Limits::max());
+    value = static_cast<int32_t>(number.value_or(value));
+    return number.has_value();
+}
+
+// Leaves `value` alone if the attribute is missing.
+bool GetOptionalNumber(const wxXmlNode& node, const char* name, int32_t& value) {
+    return !node.HasAttribute(name) || GetNumber(node, name, value);
 }
 
 // A register length, which the entity also gets as an attribute.
 bool LoadLength(const wxXmlNode& node, const char* xmlName, const char* attributeName, int minimum,
                 OmBsdlData& data) {
     int32_t length = 0;
-    if (!GetNumber(node, xmlName, "", length) || length < minimum)
+    if (!GetNumber(node, xmlName, length) || length < minimum)
         return false;
     data.AddAttribute(attributeName, data.entity, "entity", std::to_string(length));
     return true;
 }
 
 bool LoadDefaultPinMapping(const wxXmlNode& node, OmBsdlData& data) {
-    if (const wxXmlNode* child = FindChild(node, "DefaultPinMapping"))
-        data.SetDefaultPinMapping(Get(*child, "Name"));
+    if (const wxXmlNode* child = FindXmlChild(node, "DefaultPinMapping"))
+        data.SetDefaultPinMapping(GetXmlText(*child, "Name"));
     return true;
 }
 
@@ -62,7 +46,7 @@ bool LoadPort(const wxXmlNode& node, OmBsdlData& data) {
     int32_t i1 = -1;
     int32_t i2 = -1;
     if (!GetText(node, "N", name) || !GetText(node, "T", direction) ||
-        !GetNumber(node, "I1", "-1", i1) || !GetNumber(node, "I2", "-1", i2))
+        !GetOptionalNumber(node, "I1", i1) || !GetOptionalNumber(node, "I2", i2))
         return false;
     data.AddPort(name, direction, i1, i2);
     // One that is unknown could not be saved again.
@@ -70,16 +54,17 @@ bool LoadPort(const wxXmlNode& node, OmBsdlData& data) {
 }
 
 bool LoadPorts(const wxXmlNode& node, OmBsdlData& data) {
-    const wxXmlNode* ports = FindChild(node, "Ports");
-    return ports && ForEachChild(*ports, "Port",
-                                 [&](const wxXmlNode& child) { return LoadPort(child, data); });
+    const wxXmlNode* ports = FindXmlChild(node, "Ports");
+    return ports && ForEachXmlChild(*ports, "Port",
+                                    [&](const wxXmlNode& child) { return LoadPort(child, data); });
 }
 
 bool LoadMap(const wxXmlNode& node, const std::string& mapping, OmBsdlData& data) {
     std::string port;
     std::string pin;
     int32_t index = -1;
-    if (!GetText(node, "P", port) || !GetText(node, "S", pin) || !GetNumber(node, "I", "-1", index))
+    if (!GetText(node, "P", port) || !GetText(node, "S", pin) ||
+        !GetOptionalNumber(node, "I", index))
         return false;
     data.AddPinMapEntry(mapping, port, index, pin);
     return true;
@@ -87,14 +72,14 @@ bool LoadMap(const wxXmlNode& node, const std::string& mapping, OmBsdlData& data
 
 bool LoadPinMapping(const wxXmlNode& node, OmBsdlData& data) {
     std::string name;
-    return GetText(node, "Name", name) && ForEachChild(node, "Map", [&](const wxXmlNode& child) {
+    return GetText(node, "Name", name) && ForEachXmlChild(node, "Map", [&](const wxXmlNode& child) {
                return LoadMap(child, name, data);
            });
 }
 
 bool LoadPinMappings(const wxXmlNode& node, OmBsdlData& data) {
-    const wxXmlNode* mappings = FindChild(node, "PinMappings");
-    return mappings && ForEachChild(*mappings, "PinMapping", [&](const wxXmlNode& child) {
+    const wxXmlNode* mappings = FindXmlChild(node, "PinMappings");
+    return mappings && ForEachXmlChild(*mappings, "PinMapping", [&](const wxXmlNode& child) {
                return LoadPinMapping(child, data);
            });
 }
@@ -109,29 +94,29 @@ bool LoadCode(const wxXmlNode& node, const std::string& instruction, OmBsdlData&
 
 bool LoadInstruction(const wxXmlNode& node, OmBsdlData& data) {
     std::string name;
-    return GetText(node, "Name", name) && ForEachChild(node, "Code", [&](const wxXmlNode& child) {
-               return LoadCode(child, name, data);
-           });
+    return GetText(node, "Name", name) &&
+           ForEachXmlChild(node, "Code",
+                           [&](const wxXmlNode& child) { return LoadCode(child, name, data); });
 }
 
 bool LoadInstructions(const wxXmlNode& node, OmBsdlData& data) {
-    const wxXmlNode* ir = FindChild(node, "IR");
+    const wxXmlNode* ir = FindXmlChild(node, "IR");
     return ir && LoadLength(*ir, "IRLen", "INSTRUCTION_LENGTH", 2, data) &&
            data.GetInstructionLength() > 0 && // not beyond what any device has
-           ForEachChild(*ir, "Instruction",
-                        [&](const wxXmlNode& child) { return LoadInstruction(child, data); });
+           ForEachXmlChild(*ir, "Instruction",
+                           [&](const wxXmlNode& child) { return LoadInstruction(child, data); });
 }
 
 bool LoadIdcode(const wxXmlNode& node, OmBsdlData& data) {
     if (!node.HasAttribute("Value"))
         return false;
-    data.AddIdcode(Get(node, "Value"));
+    data.AddIdcode(GetXmlText(node, "Value"));
     return true;
 }
 
 bool LoadIdcodes(const wxXmlNode& node, OmBsdlData& data) {
-    const wxXmlNode* idcodes = FindChild(node, "Idcodes");
-    return !idcodes || ForEachChild(*idcodes, "Idcode", [&](const wxXmlNode& child) {
+    const wxXmlNode* idcodes = FindXmlChild(node, "Idcodes");
+    return !idcodes || ForEachXmlChild(*idcodes, "Idcode", [&](const wxXmlNode& child) {
         return LoadIdcode(child, data);
     });
 }
@@ -140,15 +125,16 @@ bool LoadCell(const wxXmlNode& node, OmBsdlData& data) {
     std::string type;
     std::string port;
     return GetText(node, "T", type) && GetText(node, "P", port) &&
-           data.AddCell(Get(node, "N"), type, port, Get(node, "F"), Get(node, "SB"),
-                        Get(node, "CC"), Get(node, "DV"), Get(node, "DR"));
+           data.AddCell(GetXmlText(node, "N"), type, port, GetXmlText(node, "F"),
+                        GetXmlText(node, "SB"), GetXmlText(node, "CC"), GetXmlText(node, "DV"),
+                        GetXmlText(node, "DR"));
 }
 
 bool LoadCells(const wxXmlNode& node, OmBsdlData& data) {
-    const wxXmlNode* bsr = FindChild(node, "BSR");
+    const wxXmlNode* bsr = FindXmlChild(node, "BSR");
     return bsr && LoadLength(*bsr, "BSRLen", "BOUNDARY_LENGTH", 1, data) &&
-           ForEachChild(*bsr, "Cell",
-                        [&](const wxXmlNode& child) { return LoadCell(child, data); });
+           ForEachXmlChild(*bsr, "Cell",
+                           [&](const wxXmlNode& child) { return LoadCell(child, data); });
 }
 
 // The table can only have another size than BSRLen if that was not usable; then it is empty.

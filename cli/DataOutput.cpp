@@ -1,8 +1,7 @@
 #include "cli/DataOutput.h"
 
-#include "bsdl/BsdlData.h"
 #include "cli/Commands.h"
-#include "data/DataFiles.h"
+#include "data/DataFormats.h"
 #include "data/DataImage.h"
 #include "platform/FileReplacement.h"
 #include "platform/Text.h"
@@ -12,47 +11,11 @@
 
 namespace {
 
-struct Extension {
-    const char* text;
-    OmDataFormat format;
-};
-
-constexpr Extension kExtensions[] = {
-    {".srec", OmDataFormat::SRecord},  {".mot", OmDataFormat::SRecord},
-    {".s19", OmDataFormat::SRecord},   {".s28", OmDataFormat::SRecord},
-    {".s37", OmDataFormat::SRecord},   {".hex", OmDataFormat::IntelHex},
-    {".ihex", OmDataFormat::IntelHex}, {".bin", OmDataFormat::Raw},
-    {".raw", OmDataFormat::Raw},       {".dat", OmDataFormat::Raw},
-};
-
-bool Write(const std::string& path, OmDataFormat format, const OmDataImage& image) {
-    switch (format) {
-    case OmDataFormat::SRecord:
-        return WriteSRecordFile(path, image);
-    case OmDataFormat::IntelHex:
-        return WriteIntelHexFile(path, image);
-    case OmDataFormat::Raw:
-        break;
-    }
-    return WriteRawChunk(path, image, 0); // what was read is one piece
-}
-
 bool FailToSave(const std::string& path, int error) {
     return Fail(L"Failed to save '" + FromLocal(path) + L"'.\n" + DescribeSystemError(error));
 }
 
 } // namespace
-
-std::optional<OmDataFormat> GuessFormat(const std::string& path) {
-    const std::string name = path.substr(path.find_last_of("/\\") + 1);
-    const size_t dot = name.rfind('.');
-    if (dot == std::string::npos)
-        return std::nullopt;
-    const auto* found = std::ranges::find_if(kExtensions, [&](const Extension& extension) {
-        return EqualsIgnoringCase(name.substr(dot), extension.text);
-    });
-    return found == std::end(kExtensions) ? std::nullopt : std::optional(found->format);
-}
 
 bool CheckOutput(const std::string& path) {
     const std::filesystem::path target = PathFromLocal(path);
@@ -65,8 +28,8 @@ bool CheckOutput(const std::string& path) {
     return probe.Write({}) || FailToSave(path, errno);
 }
 
-bool SaveData(const std::string& path, OmDataFormat format, const OmDataImage& image) {
-    return Write(path, format, image) || FailToSave(path, errno);
+bool SaveData(const std::string& path, const OmDataFormat& format, const OmDataImage& image) {
+    return format.write(path, image) || FailToSave(path, errno);
 }
 
 OmDataImage CropImage(const OmDataImage& image, uint32_t start, uint32_t size) {

@@ -1,7 +1,6 @@
 #include "cli/OptionParser.h"
 
 #include "cli/Connection.h"
-#include "cli/DataOutput.h"
 #include "cli/ExitCodes.h"
 #include "cli/HelpFormatter.h"
 #include "platform/Text.h"
@@ -57,11 +56,20 @@ std::optional<int32_t> ParsePort(const std::string& text) {
     return number && *number <= 3 ? std::optional(static_cast<int32_t>(*number) - 1) : std::nullopt;
 }
 
-std::optional<OmDataFormat> ParseFormat(const std::string& text) {
-    return text == "srec"  ? std::optional(OmDataFormat::SRecord)
-           : text == "hex" ? std::optional(OmDataFormat::IntelHex)
-           : text == "raw" ? std::optional(OmDataFormat::Raw)
-                           : std::nullopt;
+std::optional<const OmDataFormat*> ParseFormat(const std::string& text) {
+    const OmDataFormat* format = FindDataFormat(text);
+    return format ? std::optional(format) : std::nullopt;
+}
+
+// "srec, hex or raw"
+std::string ListFormats() {
+    std::string list;
+    for (const OmDataFormat& format : GetDataFormats())
+        list += (&format == &GetDataFormats().front()  ? ""
+                 : &format == &GetDataFormats().back() ? " or "
+                                                       : ", ") +
+                std::string(format.name);
+    return list;
 }
 
 void AddConnectionOptions(CLI::App& app, OmConnectionChoice& choice) {
@@ -107,8 +115,7 @@ void AddFileOptions(CLI::App& app, unsigned uses, OmCliOptions& options) {
     if (uses & kUsesOutput) {
         app.add_option("OUTPUT", options.outputFile, "File to write")->required();
         AddParsed(app, "--format", options.format, ParseFormat,
-                  "srec, hex or raw; by default what the extension of OUTPUT says",
-                  "srec, hex or raw")
+                  ListFormats() + "; by default what the extension of OUTPUT says", ListFormats())
             ->type_name("NAME");
     }
 }
@@ -192,7 +199,7 @@ void CheckTogether(const OmCommand& command, OmCliOptions& options) {
             throw ParseError("--sectors", "say which: --all, --sectors, or --from and --size");
     }
     if ((command.uses & kUsesOutput) && !options.format) {
-        options.format = GuessFormat(options.outputFile);
+        options.format = FindDataFormatOfPath(options.outputFile);
         if (!options.format)
             throw ParseError("OUTPUT", "'" + options.outputFile +
                                            "' has no extension of a data file; use --format");

@@ -2,13 +2,12 @@
 #pragma once
 
 #include "cli/Numbers.h"
+#include "data/DataFormats.h"
 #include "jtag/ConnectionSettings.h"
 
 #include <cstdint>
 #include <optional>
 #include <string>
-
-enum class OmDataFormat { SRecord, IntelHex, Raw };
 
 enum class OmEraseChoice { Automatic, Needed, Chip, None, Sectors };
 
@@ -35,10 +34,10 @@ struct OmCliOptions {
     std::string dataFile; // empty: none
     std::string outputFile;
     std::string bsdlFile;
-    std::optional<OmDataFormat> format;
-    std::optional<uint32_t> from;   // image address
-    std::optional<uint32_t> size;   // bytes
-    std::optional<uint32_t> offset; // where the data is to begin instead of its own address
+    const OmDataFormat* format = nullptr; // of the output
+    std::optional<uint32_t> from;         // image address
+    std::optional<uint32_t> size;         // bytes
+    std::optional<uint32_t> offset;       // where the data is to begin instead of its own address
     OmEraseChoice erase = OmEraseChoice::Automatic;
     std::vector<OmSectorRun> sectors;
     bool allSectors = false;

@@ -18,8 +18,8 @@ bool ReadIntelHexFile(const std::string& path, OmDataImage& image, int& records,
 // The file's bytes from address 0 up.
 bool ReadRawFile(const std::string& path, OmDataImage& image, std::string& error);
 
-// Tries S-record, Intel HEX and raw in this order; a file that holds good records of a format and
-// then breaks is not tried as another. On false `image` is undefined and `error` tells why.
+// Tries every format in the order of data/DataFormats.h; a file that holds good records of a format
+// and then breaks is not tried as another. On false `image` is undefined and `error` tells why.
 bool ReadDataFile(const std::string& path, OmDataImage& image, std::string& error);
 
 // False for an image with no chunks and when the file cannot be written.

@@ -1,6 +1,6 @@
 #include "bsdl/BsdlXml.h"
 #include "bsdl/NumberText.h"
-#include "platform/Text.h"
+#include "bsdl/XmlElements.h"
 #include "setup/DesignSetup.h"
 #include "setup/SetupFile.h"
 #include "setup/XmlFile.h"
@@ -9,7 +9,6 @@
 #include <limits>
 #include <map>
 #include <optional>
-#include <wx/xml/xml.h>
 
 namespace {
 
@@ -23,46 +22,13 @@ constexpr size_t kMaxCaptureLength = 4096;
 
 constexpr int32_t kMaxInt = std::numeric_limits<int32_t>::max();
 
-const wxXmlNode* FindChild(const wxXmlNode& node, const char* name) {
-    const wxXmlNode* child = node.GetChildren();
-    while (child && child->GetName() != name)
-        child = child->GetNext();
-    return child;
-}
-
-template <typename Visit>
-void ForEachChild(const wxXmlNode& node, const char* name, Visit visit) {
-    for (const wxXmlNode* child = node.GetChildren(); child; child = child->GetNext()) {
-        if (child->GetName() == name)
-            visit(*child);
-    }
-}
-
-std::wstring GetWide(const wxXmlNode& node, const char* name) {
-    return node.GetAttribute(name).ToStdWstring();
-}
-
-std::string GetText(const wxXmlNode& node, const char* name) {
-    return ToLocal(GetWide(node, name));
-}
-
-// The attribute as a number from `lowest` to `highest`; nothing if it is missing, no number as a
-// whole, or beyond.
-std::optional<int64_t> GetNumber(const wxXmlNode& node, const char* name, int64_t lowest,
-                                 int64_t highest) {
-    wxLongLong_t number = 0;
-    if (!node.GetAttribute(name).ToLongLong(&number) || number < lowest || number > highest)
-        return std::nullopt;
-    return number;
-}
-
 int32_t GetInt(const wxXmlNode& node, const char* name, int32_t lowest, int32_t highest,
                int32_t fallback) {
-    return static_cast<int32_t>(GetNumber(node, name, lowest, highest).value_or(fallback));
+    return static_cast<int32_t>(GetXmlNumber(node, name, lowest, highest).value_or(fallback));
 }
 
 bool GetBool(const wxXmlNode& node, const char* name, bool fallback) {
-    return GetNumber(node, name, 0, 1).value_or(fallback) != 0;
+    return GetXmlNumber(node, name, 0, 1).value_or(fallback) != 0;
 }
 
 // Elements with a number from 1 up each. Nothing if a number is bad, comes twice, or if they do not
@@ -73,8 +39,8 @@ std::optional<Numbered> CollectNumbered(const wxXmlNode& parent, const char* ele
                                         const char* attribute) {
     Numbered numbered;
     bool good = true;
-    ForEachChild(parent, element, [&](const wxXmlNode& node) {
-        const auto number = GetNumber(node, attribute, 1, kMaxInt);
+    ForEachXmlChild(parent, element, [&](const wxXmlNode& node) {
+        const auto number = GetXmlNumber(node, attribute, 1, kMaxInt);
         good = good && number && numbered.emplace(*number, &node).second;
     });
     good = good && !numbered.empty() &&
@@ -86,7 +52,7 @@ using BsdlByPosition = std::map<int64_t, std::unique_ptr<OmBsdlData>>;
 
 bool LoadAllBsdl(const Numbered& devices, BsdlByPosition& allData) {
     for (const auto& [position, node] : devices) {
-        const wxXmlNode* child = FindChild(*node, "BSDL");
+        const wxXmlNode* child = FindXmlChild(*node, "BSDL");
         if (!child)
             continue;
         auto data = std::make_unique<OmBsdlData>();
@@ -99,19 +65,19 @@ bool LoadAllBsdl(const Numbered& devices, BsdlByPosition& allData) {
 
 void LoadDevice(const wxXmlNode& node, std::unique_ptr<OmBsdlData> data, OmChainDevice& device) {
     if (data) {
-        device.SetBsdl(std::move(data), GetText(node, "BsdlFile"));
-        const std::string mapping = GetText(node, "PinMapping");
+        device.SetBsdl(std::move(data), GetXmlText(node, "BsdlFile"));
+        const std::string mapping = GetXmlText(node, "PinMapping");
         if (!mapping.empty() && device.bsdl->FindPinMapping(mapping))
             device.PinMapping = mapping;
     } else {
         device.IRLen = GetInt(node, "IRLen", 2, kMaxIRLength, -1);
     }
-    device.Idcode = BitsFromText(GetWide(node, "Idcode"));
+    device.Idcode = BitsFromText(GetXmlWide(node, "Idcode"));
 }
 
 void LoadChain(const wxXmlNode& chain, const Numbered& nodes, BsdlByPosition& allData,
                OmDesignSetup& setup) {
-    OmBitVector capture = BitsFromText(GetWide(chain, "IRCapture"));
+    OmBitVector capture = BitsFromText(GetXmlWide(chain, "IRCapture"));
     if (capture.size() > kMaxCaptureLength)
         capture.clear();
     setup.SetChainDevices(std::vector<OmBitVector>(nodes.size()), capture);
@@ -122,7 +88,7 @@ void LoadChain(const wxXmlNode& chain, const Numbered& nodes, BsdlByPosition& al
 }
 
 OmDevicePin LoadPin(const wxXmlNode& node) {
-    return {GetInt(node, "Device", 0, kMaxInt, -1), GetText(node, "PortName"),
+    return {GetInt(node, "Device", 0, kMaxInt, -1), GetXmlText(node, "PortName"),
             GetInt(node, "PortIndex", -1, kMaxInt, -1)};
 }
 
@@ -148,15 +114,15 @@ SignalPin* FindSignalPin(const std::string& name, OmFlashPins& pins) {
 }
 
 void LoadSignalPin(const wxXmlNode& node, OmFlashPins& pins) {
-    if (SignalPin* pin = FindSignalPin(GetText(node, "Name"), pins))
+    if (SignalPin* pin = FindSignalPin(GetXmlText(node, "Name"), pins))
         *pin = SignalPin{LoadPin(node), node.GetAttribute("Inverted") == "1"};
 }
 
 void LoadStaticPin(const wxXmlNode& node, OmFlashPins& pins) {
-    const std::wstring value = GetWide(node, "Value");
+    const std::wstring value = GetXmlWide(node, "Value");
     if (value == L"0" || value == L"1" || value == L"Z")
         pins.staticPins.push_back(
-            StaticPin{LoadPin(node), BitsFromText(value).front(), GetWide(node, "Note")});
+            StaticPin{LoadPin(node), BitsFromText(value).front(), GetXmlWide(node, "Note")});
 }
 
 void TrimUnconnected(std::vector<SignalPin>& bus) {
@@ -167,8 +133,8 @@ void TrimUnconnected(std::vector<SignalPin>& bus) {
 void LoadPins(const wxXmlNode& node, OmFlashPins& pins) {
     pins.addressPins.resize(kMaxBusPins);
     pins.dataPins.resize(kMaxBusPins);
-    ForEachChild(node, "SignalPin", [&](const wxXmlNode& pin) { LoadSignalPin(pin, pins); });
-    ForEachChild(node, "StaticPin", [&](const wxXmlNode& pin) { LoadStaticPin(pin, pins); });
+    ForEachXmlChild(node, "SignalPin", [&](const wxXmlNode& pin) { LoadSignalPin(pin, pins); });
+    ForEachXmlChild(node, "StaticPin", [&](const wxXmlNode& pin) { LoadStaticPin(pin, pins); });
     TrimUnconnected(pins.addressPins);
     TrimUnconnected(pins.dataPins);
 }
@@ -181,25 +147,25 @@ void LoadFlash(const wxXmlNode& node, OmFlashPins& pins) {
 }
 
 void LoadAlgorithm(const wxXmlNode& root, OmDesignSetup& setup) {
-    if (const wxXmlNode* node = FindChild(root, "Algorithm")) {
+    if (const wxXmlNode* node = FindXmlChild(root, "Algorithm")) {
         setup.CmdSet = GetInt(*node, "CmdSet", kCmdSetAuto, kCmdSetAmd, setup.CmdSet);
         setup.UseBufferedProg = GetBool(*node, "UseBufferedProg", setup.UseBufferedProg);
         setup.DontCheckStatus = GetBool(*node, "DontCheckStatus", setup.DontCheckStatus);
     }
-    if (const wxXmlNode* node = FindChild(root, "AMD"))
+    if (const wxXmlNode* node = FindXmlChild(root, "AMD"))
         setup.UseUnlockBypass = GetBool(*node, "UseUnlockBypass", setup.UseUnlockBypass);
 }
 
 // All of the layout or nothing: half a sector map would erase the wrong sectors.
 OmFlashSectorLayout LoadSectors(const wxXmlNode& root) {
-    const wxXmlNode* node = FindChild(root, "Sectors");
+    const wxXmlNode* node = FindXmlChild(root, "Sectors");
     const auto nodes = node ? CollectNumbered(*node, "Group", "Pos") : std::nullopt;
     if (!nodes)
         return {};
     OmFlashSectorLayout sectors;
     for (const auto& [position, group] : *nodes) {
-        const auto count = GetNumber(*group, "Count", 1, std::numeric_limits<uint32_t>::max());
-        const auto size = GetNumber(*group, "Size", 1, std::numeric_limits<uint32_t>::max());
+        const auto count = GetXmlNumber(*group, "Count", 1, std::numeric_limits<uint32_t>::max());
+        const auto size = GetXmlNumber(*group, "Size", 1, std::numeric_limits<uint32_t>::max());
         if (!count || !size)
             return {};
         sectors.groups.push_back({static_cast<uint32_t>(*count), static_cast<uint32_t>(*size)});
@@ -216,9 +182,9 @@ bool LoadSetupXml(OmDesignSetup& setup, const std::wstring& path) {
     if (!LoadXmlFile(document, path) || document.GetRoot()->GetName() != "OmbrineFlash")
         return false;
     const wxXmlNode& root = *document.GetRoot();
-    const wxXmlNode* chain = FindChild(root, "Chain");
-    const wxXmlNode* pins = FindChild(root, "Pins");
-    const wxXmlNode* flash = FindChild(root, "Flash");
+    const wxXmlNode* chain = FindXmlChild(root, "Chain");
+    const wxXmlNode* pins = FindXmlChild(root, "Pins");
+    const wxXmlNode* flash = FindXmlChild(root, "Flash");
     if (!chain || !pins || !flash)
         return false;
     const auto devices = CollectNumbered(*chain, "Device", "PosInChain");

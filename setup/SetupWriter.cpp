@@ -1,50 +1,33 @@
 #include "bsdl/BsdlXml.h"
-#include "bsdl/XmlAppender.h"
-#include "platform/Text.h"
+#include "bsdl/XmlElements.h"
 #include "setup/DesignSetup.h"
 #include "setup/SetupFile.h"
 #include "setup/XmlFile.h"
 
 namespace {
 
-void Set(wxXmlNode& node, const char* name, const std::wstring& value) {
-    node.AddAttribute(name, value);
-}
-
-void Set(wxXmlNode& node, const char* name, const std::string& value) {
-    node.AddAttribute(name, FromLocal(value));
-}
-
-void Set(wxXmlNode& node, const char* name, int64_t value) {
-    node.AddAttribute(name, std::to_string(value));
-}
-
-void Set(wxXmlNode& node, const char* name, bool value) {
-    node.AddAttribute(name, value ? "1" : "0");
-}
-
 void SaveDevice(wxXmlNode& node, const OmChainDevice& device, size_t index) {
-    Set(node, "PosInChain", static_cast<int64_t>(index + 1));
-    Set(node, "BsdlFile", device.BsdlFile);
-    Set(node, "IRLen", int64_t{device.IRLen});
-    Set(node, "PinMapping", device.PinMapping);
-    Set(node, "Idcode", BitsToText(device.Idcode));
+    SetXml(node, "PosInChain", static_cast<int64_t>(index + 1));
+    SetXml(node, "BsdlFile", device.BsdlFile);
+    SetXml(node, "IRLen", int64_t{device.IRLen});
+    SetXml(node, "PinMapping", device.PinMapping);
+    SetXml(node, "Idcode", BitsToText(device.Idcode));
     if (device.bsdl)
         SaveBsdlXml(OmXmlAppender(node).Add("BSDL"), *device.bsdl);
 }
 
 void SaveChain(wxXmlNode& node, const OmDesignSetup& setup) {
-    Set(node, "IRCapture", BitsToText(setup.irCapture));
+    SetXml(node, "IRCapture", BitsToText(setup.irCapture));
     OmXmlAppender devices(node);
     for (size_t index = 0; index < setup.devices.size(); ++index)
         SaveDevice(devices.Add("Device"), setup.devices[index], index);
 }
 
 void SavePin(wxXmlNode& node, const std::string& name, const OmDevicePin& pin) {
-    Set(node, "Name", name);
-    Set(node, "Device", int64_t{pin.Device});
-    Set(node, "PortName", pin.PortName);
-    Set(node, "PortIndex", int64_t{pin.PortIndex});
+    SetXml(node, "Name", name);
+    SetXml(node, "Device", int64_t{pin.Device});
+    SetXml(node, "PortName", pin.PortName);
+    SetXml(node, "PortIndex", int64_t{pin.PortIndex});
 }
 
 void SaveControlPin(OmXmlAppender& pins, const char* name, const SignalPin& pin) {
@@ -52,7 +35,7 @@ void SaveControlPin(OmXmlAppender& pins, const char* name, const SignalPin& pin)
         return;
     wxXmlNode& node = pins.Add("SignalPin");
     SavePin(node, name, pin);
-    Set(node, "Inverted", pin.Inverted);
+    SetXml(node, "Inverted", pin.Inverted);
 }
 
 void SaveBusPins(OmXmlAppender& pins, const char* letter, const std::vector<SignalPin>& bus) {
@@ -66,8 +49,8 @@ void SaveStaticPins(OmXmlAppender& pins, const std::vector<StaticPin>& staticPin
     for (size_t index = 0; index < staticPins.size(); ++index) {
         wxXmlNode& node = pins.Add("StaticPin");
         SavePin(node, "static_" + std::to_string(index), staticPins[index]);
-        Set(node, "Value", BitsToText({staticPins[index].Value}));
-        Set(node, "Note", staticPins[index].Note);
+        SetXml(node, "Value", BitsToText({staticPins[index].Value}));
+        SetXml(node, "Note", staticPins[index].Note);
     }
 }
 
@@ -82,24 +65,24 @@ void SavePins(wxXmlNode& node, const OmFlashPins& pins) {
 }
 
 void SaveFlash(wxXmlNode& node, const OmFlashPins& pins) {
-    Set(node, "ChipCount", int64_t{pins.ChipCount});
-    Set(node, "WordSize", int64_t{pins.WordSize});
-    Set(node, "AddrCmdShift", int64_t{pins.AddrCmdShift});
+    SetXml(node, "ChipCount", int64_t{pins.ChipCount});
+    SetXml(node, "WordSize", int64_t{pins.WordSize});
+    SetXml(node, "AddrCmdShift", int64_t{pins.AddrCmdShift});
 }
 
 void SaveAlgorithm(wxXmlNode& node, const OmDesignSetup& setup) {
-    Set(node, "CmdSet", int64_t{setup.CmdSet});
-    Set(node, "UseBufferedProg", setup.UseBufferedProg);
-    Set(node, "DontCheckStatus", setup.DontCheckStatus);
+    SetXml(node, "CmdSet", int64_t{setup.CmdSet});
+    SetXml(node, "UseBufferedProg", setup.UseBufferedProg);
+    SetXml(node, "DontCheckStatus", setup.DontCheckStatus);
 }
 
 void SaveSectors(wxXmlNode& node, const OmFlashSectorLayout& sectors) {
     OmXmlAppender children(node);
     for (size_t index = 0; index < sectors.groups.size(); ++index) {
         wxXmlNode& group = children.Add("Group");
-        Set(group, "Pos", static_cast<int64_t>(index + 1));
-        Set(group, "Count", int64_t{sectors.groups[index].Count});
-        Set(group, "Size", int64_t{sectors.groups[index].Size});
+        SetXml(group, "Pos", static_cast<int64_t>(index + 1));
+        SetXml(group, "Count", int64_t{sectors.groups[index].Count});
+        SetXml(group, "Size", int64_t{sectors.groups[index].Size});
     }
 }
 
@@ -109,13 +92,13 @@ bool SaveSetupXml(const OmDesignSetup& setup, const std::wstring& path) {
     wxXmlDocument document;
     document.SetRoot(new wxXmlNode(wxXML_ELEMENT_NODE, "OmbrineFlash")); // owned by the document
     wxXmlNode& root = *document.GetRoot();
-    Set(root, "Version", int64_t{1});
+    SetXml(root, "Version", int64_t{1});
     OmXmlAppender children(root);
     SaveChain(children.Add("Chain"), setup);
     SavePins(children.Add("Pins"), setup);
     SaveFlash(children.Add("Flash"), setup);
     SaveAlgorithm(children.Add("Algorithm"), setup);
-    Set(children.Add("AMD"), "UseUnlockBypass", setup.UseUnlockBypass);
+    SetXml(children.Add("AMD"), "UseUnlockBypass", setup.UseUnlockBypass);
     SaveSectors(children.Add("Sectors"), setup.sectors);
     return SaveXmlFile(document, path);
 }

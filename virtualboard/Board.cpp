@@ -1,5 +1,6 @@
 #include "virtualboard/Board.h"
 
+#include "virtualboard/MakeFlash.h"
 #include "virtualboard/Numbers.h"
 
 #include <algorithm>

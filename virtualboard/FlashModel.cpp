@@ -1,8 +1,6 @@
 #include "virtualboard/FlashModel.h"
 
-#include "virtualboard/AmdFlash.h"
 #include "virtualboard/CfiTable.h"
-#include "virtualboard/IntelFlash.h"
 
 #include <algorithm>
 #include <limits>
@@ -99,12 +97,6 @@ uint64_t FlashModel::AfterAtMost(uint64_t microseconds) {
     const uint64_t parts = least * 100 + Random() % (kParts - least * 100 + 1);
     return clock_.Now() +
            microseconds * faults_.slowFactor * parts * (kPicosecondsPerMicrosecond / kParts);
-}
-
-std::unique_ptr<FlashModel> MakeFlash(const FlashParameters& parameters, const BoardClock& clock) {
-    if (parameters.commandSet == CommandSet::Intel)
-        return std::make_unique<IntelFlash>(parameters, clock);
-    return std::make_unique<AmdFlash>(parameters, clock);
 }
 
 } // namespace vb

@@ -106,6 +106,4 @@ class FlashModel {
     uint64_t random_;
 };
 
-std::unique_ptr<FlashModel> MakeFlash(const FlashParameters& parameters, const BoardClock& clock);
-
 } // namespace vb

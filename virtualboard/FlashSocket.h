@@ -17,7 +17,7 @@ struct BusCycles {
     uint64_t writes = 0;
 };
 
-class FlashSocket {
+class FlashSocket : public PinOwner {
   public:
     FlashSocket(std::string name, std::unique_ptr<FlashModel> model, Wiring& wiring,
                 Checker& checker, const uint64_t& scans);
@@ -38,7 +38,7 @@ class FlashSocket {
     // A data pin that has lost its contact: it drives no more.
     void OpenDataPin(unsigned bit) { openData_ |= uint32_t{1} << bit; }
 
-    void SetPin(FlashPin pin, unsigned bit, NetLevel level);
+    void SetPin(FlashPin pin, unsigned bit, NetLevel level) override;
 
     bool Touched() const { return touched_; }
 

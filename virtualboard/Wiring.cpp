@@ -1,7 +1,6 @@
 #include "virtualboard/Wiring.h"
 
 #include "virtualboard/ChainDevice.h"
-#include "virtualboard/FlashSocket.h"
 
 #include <algorithm>
 

@@ -11,7 +11,6 @@
 namespace vb {
 
 class ChainDevice;
-class FlashSocket;
 
 enum class Drive : uint8_t {
     Low,
@@ -33,11 +32,18 @@ struct NetLevel {
 
 enum class FlashPin : uint8_t { Address, Data, ChipEnable, OutputEnable, WriteEnable, Reset, Wp };
 
+// A part of the board whose pins follow the nets.
+class PinOwner {
+  public:
+    virtual ~PinOwner() = default;
+    virtual void SetPin(FlashPin pin, unsigned bit, NetLevel level) = 0;
+};
+
 // Who sees a net: a cell of a device, or a pin of a flash.
 struct Listener {
     ChainDevice* device = nullptr;
     uint32_t cell = 0;
-    FlashSocket* socket = nullptr;
+    PinOwner* socket = nullptr;
     FlashPin pin = FlashPin::Address;
     uint8_t bit = 0;
     bool inverted = false; // the board has an inverter before this pin

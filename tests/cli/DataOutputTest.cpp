@@ -1,6 +1,6 @@
 #include "cli/DataOutput.h"
 
-#include "data/DataFiles.h"
+#include "data/DataFormats.h"
 #include "tests/support/RecordingUserInterface.h"
 #include "tests/support/TemporaryFolder.h"
 
@@ -8,36 +8,13 @@
 
 namespace {
 
-TEST(DataOutput, ExtensionTellsTheFormat) {
-    struct {
-        const char* path;
-        std::optional<OmDataFormat> format;
-    } const cases[] = {
-        {"a.srec", OmDataFormat::SRecord},
-        {"a.S19", OmDataFormat::SRecord},
-        {"a.mot", OmDataFormat::SRecord},
-        {"dir.x/a.hex", OmDataFormat::IntelHex},
-        {"a.BIN", OmDataFormat::Raw},
-        {"a.b.raw", OmDataFormat::Raw},
-        {"a.dat", OmDataFormat::Raw},
-        {"a", std::nullopt},
-        {"dir.bin/a", std::nullopt},
-        {"a.txt", std::nullopt},
-        {"", std::nullopt},
-        {"a.", std::nullopt},
-    };
-
-    for (const auto& c : cases)
-        EXPECT_TRUE(GuessFormat(c.path) == c.format) << c.path;
-}
-
 TEST(DataOutput, SavesInTheFormatAsked) {
     const TemporaryFolder folder;
     OmDataImage image;
     image.SetBytes(0x12, std::vector<uint8_t>{1});
-    ASSERT_TRUE(SaveData(folder.Path("s"), OmDataFormat::SRecord, image));
-    ASSERT_TRUE(SaveData(folder.Path("h"), OmDataFormat::IntelHex, image));
-    ASSERT_TRUE(SaveData(folder.Path("r"), OmDataFormat::Raw, image));
+    ASSERT_TRUE(SaveData(folder.Path("s"), *FindDataFormat("srec"), image));
+    ASSERT_TRUE(SaveData(folder.Path("h"), *FindDataFormat("hex"), image));
+    ASSERT_TRUE(SaveData(folder.Path("r"), *FindDataFormat("raw"), image));
     EXPECT_EQ(ReadWholeFile(folder.Path("s")), "S0030000FC\nS104001201E8\nS9030000FC\n");
     EXPECT_EQ(ReadWholeFile(folder.Path("h")), ":0100120001EC\n:00000001FF\n");
     EXPECT_EQ(ReadWholeFile(folder.Path("r")), "\x01");
@@ -48,7 +25,7 @@ TEST(DataOutput, FailureIsToldWithThePath) {
     OmDataImage image;
     image.SetByte(0, 1);
     user.Expect(L"Failed to save '/missing/folder/x.bin'.\nNo such file or directory.", kErrorBox);
-    EXPECT_FALSE(SaveData("/missing/folder/x.bin", OmDataFormat::Raw, image));
+    EXPECT_FALSE(SaveData("/missing/folder/x.bin", *FindDataFormat("raw"), image));
 }
 
 TEST(DataOutput, CropKeepsTheAskedBytesAlone) {

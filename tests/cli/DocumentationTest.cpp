@@ -1,5 +1,6 @@
 // The man page and the completion know every command and option that the help pages know.
 #include "cli/OptionParser.h"
+#include "data/DataFormats.h"
 #include "tests/support/TemporaryFolder.h"
 
 #include <cstdlib>
@@ -102,6 +103,16 @@ TEST(CliDocumentation, CompletionKnowsValuesAndFiles) {
 
     for (const auto& c : cases)
         EXPECT_EQ(Complete(c.line), c.offered) << c.line;
+}
+
+TEST(CliDocumentation, ManualAndCompletionKnowEveryFormat) {
+    const std::string offered = Complete("velflash-cli --format ''");
+    const std::string manual = ReadWholeFile(OM_MAN_PAGE);
+    const std::string formats = manual.substr(manual.find("\\-\\-format"), 200);
+    for (const OmDataFormat& format : GetDataFormats()) {
+        EXPECT_TRUE(Holds(offered, std::string(" ") + format.name + " ")) << format.name;
+        EXPECT_TRUE(Holds(formats, format.name)) << format.name;
+    }
 }
 
 } // namespace

@@ -108,9 +108,9 @@ TEST_F(OptionParser, EraseModesHaveNames) {
 }
 
 TEST_F(OptionParser, OutputFormatComesFromOptionOrExtension) {
-    EXPECT_EQ(Parse("read s o.hex").options.format, OmDataFormat::IntelHex);
-    EXPECT_EQ(Parse("read s o.hex --format srec").options.format, OmDataFormat::SRecord);
-    EXPECT_EQ(Parse("read s o --format raw").options.format, OmDataFormat::Raw);
+    EXPECT_EQ(Parse("read s o.hex").options.format, FindDataFormat("hex"));
+    EXPECT_EQ(Parse("read s o.hex --format srec").options.format, FindDataFormat("srec"));
+    EXPECT_EQ(Parse("read s o --format raw").options.format, FindDataFormat("raw"));
 }
 
 TEST_F(OptionParser, WrongLinesAreExplainedAndEndWithTwo) {
