@@ -77,7 +77,7 @@ void SaveCell(wxXmlNode& node, size_t number, const OmBsdlCell& cell) {
 }
 
 void SaveCells(wxXmlNode& node, const OmBsdlData& data) {
-    SetXml(node, "BSRLen", int64_t{data.GetBoundaryLength()});
+    SetXml(node, "BSRLen", static_cast<int64_t>(data.GetBoundaryLength()));
     OmXmlAppender cells(node);
     for (size_t number = 0; number < data.cells.size(); ++number)
         for (const OmBsdlCell& cell : data.cells[number])

@@ -10,11 +10,12 @@ die() {
     exit 1
 }
 
-# Debian packages to build the program, and to test and demonstrate it without a screen.
-build_packages=(g++ cmake ninja-build ccache pkg-config flex bison gettext libwxgtk3.2-dev libcli11-dev
-    libgtest-dev libgmock-dev libbenchmark-dev)
-test_packages=(srecord binutils xvfb xauth openbox xdotool x11-utils fonts-liberation
-    fonts-dejavu-core adwaita-icon-theme imagemagick locales)
+# Debian packages to build the programs; to demonstrate them, also without a screen; to test them.
+build_packages=(g++ cmake ninja-build ccache pkg-config flex bison gettext libwxgtk3.2-dev libcli11-dev)
+demo_packages=("${build_packages[@]}" srecord xvfb xauth openbox fonts-liberation fonts-dejavu-core
+    adwaita-icon-theme)
+test_packages=("${demo_packages[@]}" libgtest-dev libgmock-dev libbenchmark-dev binutils xdotool x11-utils
+    imagemagick locales)
 
 missing_packages() {
     local package
@@ -47,12 +48,15 @@ need_packages() {
         die "apt-get could not install: $missing"
 }
 
+# Settings that build passes to CMake beside those of the preset.
+configure_options=()
+
 # build PRESET [TARGET...]
 build() {
     local preset=$1 log
     shift
     log=$(mktemp)
-    cmake --preset "$preset" >"$log" 2>&1 || {
+    cmake --preset "$preset" "${configure_options[@]}" >"$log" 2>&1 || {
         cat "$log" >&2
         rm -f "$log"
         die "configuring failed"

@@ -17,7 +17,7 @@ struct BusCycles {
     uint64_t writes = 0;
 };
 
-class FlashSocket : public PinOwner {
+class FlashSocket : public NetListener {
   public:
     FlashSocket(std::string name, std::unique_ptr<FlashModel> model, Wiring& wiring,
                 Checker& checker, const uint64_t& scans);

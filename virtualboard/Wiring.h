@@ -33,9 +33,9 @@ struct NetLevel {
 enum class FlashPin : uint8_t { Address, Data, ChipEnable, OutputEnable, WriteEnable, Reset, Wp };
 
 // A part of the board whose pins follow the nets.
-class PinOwner {
+class NetListener {
   public:
-    virtual ~PinOwner() = default;
+    virtual ~NetListener() = default;
     virtual void SetPin(FlashPin pin, unsigned bit, NetLevel level) = 0;
 };
 
@@ -43,7 +43,7 @@ class PinOwner {
 struct Listener {
     ChainDevice* device = nullptr;
     uint32_t cell = 0;
-    PinOwner* socket = nullptr;
+    NetListener* socket = nullptr;
     FlashPin pin = FlashPin::Address;
     uint8_t bit = 0;
     bool inverted = false; // the board has an inverter before this pin
