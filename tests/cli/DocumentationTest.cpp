@@ -108,7 +108,7 @@ TEST(CliDocumentation, CompletionKnowsValuesAndFiles) {
 TEST(CliDocumentation, ManualAndCompletionKnowEveryFormat) {
     const std::string offered = Complete("velflash-cli --format ''");
     const std::string manual = ReadWholeFile(OM_MAN_PAGE);
-    const std::string formats = manual.substr(manual.find("\\-\\-format"), 200);
+    const std::string formats = manual.substr(manual.find(".BI \\-\\-format"), 200);
     for (const OmDataFormat& format : GetDataFormats()) {
         EXPECT_TRUE(Holds(offered, std::string(" ") + format.name + " ")) << format.name;
         EXPECT_TRUE(Holds(formats, format.name)) << format.name;

@@ -1,3 +1,4 @@
+// The record of the settings by the rows of the table, which is made of its members.
 #include "jtag/ConnectionSettings.h"
 
 #include "jtag/CableTable.h"
