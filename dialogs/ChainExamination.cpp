@@ -15,8 +15,7 @@ constexpr char kNoChainPage[] =
 constexpr char kDeviceRow[] = "<tr><td><font color=\"#000000\">%u</font></td>"
                               "<td><font color=\"#000000\">%ls</font></td>"
                               "<td><font color=\"#000000\">%ls</font></td></tr>\n";
-constexpr char kHeaderCell[] =
-    "<td width=\"%d%%\"><font color=\"#ffffff\"><b>%ls</b></font></td>";
+constexpr char kHeaderCell[] = "<td width=\"%d%%\"><font color=\"#ffffff\"><b>%ls</b></font></td>";
 
 std::wstring Widen(const char* format) {
     return FromLocal(format);
@@ -45,10 +44,11 @@ std::wstring EscapeHtml(const std::wstring& text) {
 
 std::wstring MakeCountText(unsigned count, bool beginningHidden) {
     const std::wstring format =
-        beginningHidden ? TranslatedPlural("At least %d JTAG device was detected:",
-                                           "At least %d JTAG devices were detected:", count)
-                        : TranslatedPlural("%d JTAG device was detected:",
-                                           "%d JTAG devices were detected:", count);
+        beginningHidden
+            ? TranslatedPlural("At least %d JTAG device was detected:",
+                               "At least %d JTAG devices were detected:", count)
+            : TranslatedPlural(
+                  "%d JTAG device was detected:", "%d JTAG devices were detected:", count);
     return OmFormat(format.c_str(), static_cast<int>(count));
 }
 

@@ -1,7 +1,7 @@
 #include "dialogs/ChainWizardPages.h"
 
-#include "dialogs/ChainExamWizard.h"
 #include "dialogs/ChainExamination.h"
+#include "dialogs/ChainExamWizard.h"
 #include "flash/FlashProgrammer.h"
 #include "jtag/ui/CableSettingsPanel.h"
 #include "widgets/DialogLayout.h"

@@ -7,14 +7,61 @@ constexpr uint8_t kDq7 = 0x80;
 constexpr uint8_t kDq5 = 0x20; // time limit exceeded
 constexpr uint8_t kDq1 = 0x02; // write-to-buffer abort
 
-// A flash that is still busy answers with status bits, so comparing data is all it takes.
-bool IsProgrammed(const OmProgramBlock& item, uint32_t status) {
-    return status == item.back().value;
-}
+constexpr uint8_t kAmdResume = 0x30;
 
-class AmdWords : public OmBulkCommands {
+// What every way of programming has in common: status is read by comparing data. A chip that is
+// busy with the item shows the complement of DQ7, so nothing it shows then equals the data.
+class AmdBulk : public OmBulkCommands {
   public:
-    explicit AmdWords(bool bypass) : OmBulkCommands(1), bypass_(bypass) {}
+    AmdBulk(unsigned words, uint8_t notTaken) : OmBulkCommands(words), notTaken_(notTaken) {}
+
+    OmItemState Judge(const OmBoundaryScanBus& bus, const OmProgramBlock& item,
+                      uint32_t status) const override {
+        const uint32_t wanted = item.back().value;
+        OmItemState worst = OmItemState::Done;
+        for (int chip = 0; chip < bus.chipCount && worst != OmItemState::Busy; ++chip)
+            if (bus.ChipLane(chip, status) != bus.ChipLane(chip, wanted))
+                worst = JudgeChip(bus.ChipLaneByte(chip, status), bus.ChipLaneByte(chip, wanted));
+        return worst;
+    }
+
+    // Nothing but 30h resumes a program operation that B0h in the data of an item has suspended,
+    // which a busy chip takes at any address. The resets come first, so that no sequence is pending
+    // that 30h could end. One of them can be swallowed as the data of a buffer.
+    void Resume(OmBusCycleBatch& batch, const OmProgramBlock& item) const override {
+        AppendAbortReset(batch);
+        AppendAbortReset(batch);
+        batch.AppendWrite(item.front().address, OnAllLanes(kAmdResume));
+        batch.AppendRise();
+    }
+
+    void Renew(OmBusCycleBatch& batch) const override {
+        AppendAbortReset(batch);
+        AppendAmdCommand(batch, kAmdReset);
+        batch.AppendRise();
+    }
+
+  protected:
+    static void AppendAbortReset(OmBusCycleBatch& batch) {
+        AppendAmdUnlock(batch);
+        AppendAmdCommand(batch, kAmdReset);
+    }
+
+  private:
+    OmItemState JudgeChip(uint8_t status, uint8_t wanted) const {
+        if (((status ^ wanted) & kDq7) == 0)
+            return OmItemState::Busy; // not a status, or bits that come up at different times
+        if (status & notTaken_)
+            return OmItemState::NotTaken; // some chips set DQ5 too
+        return (status & kDq5) != 0 ? OmItemState::Failed : OmItemState::Busy;
+    }
+
+    uint8_t notTaken_; // the status bit that tells so
+};
+
+class AmdWords : public AmdBulk {
+  public:
+    explicit AmdWords(bool bypass) : AmdBulk(1, 0), bypass_(bypass) {}
 
     void Enter(OmBusCycleBatch& batch) const override {
         if (!bypass_)
@@ -24,14 +71,31 @@ class AmdWords : public OmBulkCommands {
         batch.AppendRise();
     }
 
-    // A busy flash ignores the set-up cycle. Outside bypass mode the data behind it do nothing; in
-    // the mode they can be the two cycles that end it, and all words that follow are lost.
-    bool TriesWaitOnOneItem() const override { return bypass_; }
+    // A busy flash ignores the set-up cycle. In bypass mode, where no unlock cycles follow, it can
+    // take data for the next one: then the command behind them is programmed as a word.
+    bool CanDoHarm(const OmBoundaryScanBus& bus, const OmProgramBlock& item) const override {
+        for (int chip = 0; bypass_ && chip < bus.chipCount; ++chip)
+            if (bus.ChipLaneByte(chip, item.front().value) == kAmdProgram)
+                return true;
+        return false;
+    }
 
-    void Recover(OmBusCycleBatch& batch, const OmBulkVerdict&, int longestWait) const override {
+    // A set-up cycle may be pending: what it would program is blank.
+    void Resume(OmBusCycleBatch& batch, const OmProgramBlock& item) const override {
+        if (bypass_) {
+            batch.AppendRise();
+            batch.AppendWriteData(0xFFFFFFFF);
+            AppendLeaveBypass(batch);
+        }
+        AmdBulk::Resume(batch, item);
+    }
+
+    // The flash may have left the mode or not: afterwards it is in it.
+    void Renew(OmBusCycleBatch& batch) const override {
         if (bypass_)
-            WaitForFlash(batch, longestWait);
-        ReenterBypass(batch);
+            AppendLeaveBypass(batch);
+        AmdBulk::Renew(batch);
+        Enter(batch);
     }
 
     void AppendItem(OmBusCycleBatch& batch, const OmProgramBlock& item, int wait) const override {
@@ -49,23 +113,12 @@ class AmdWords : public OmBulkCommands {
         AppendBlindWait(batch, wait);
     }
 
-    bool Judge(const OmBoundaryScanBus&, const OmProgramBlock& item, uint32_t status,
-               OmBulkVerdict&) const override {
-        return IsProgrammed(item, status);
-    }
-
-    // A chip that gave up (DQ5) takes nothing but a reset.
-    void AfterDrop(OmBusCycleBatch& batch) const override {
-        AppendAmdCommand(batch, kAmdReset);
-        batch.AppendRise();
-        batch.Run();
-        batch.Clear();
-        ReenterBypass(batch);
-    }
-
     void Close(OmBusCycleBatch& batch) const override {
-        if (bypass_)
-            LeaveBypass(batch);
+        if (bypass_) {
+            AppendLeaveBypass(batch);
+            batch.Run();
+            batch.Clear();
+        }
         AmdReset(*batch.bus);
     }
 
@@ -77,30 +130,20 @@ class AmdWords : public OmBulkCommands {
         batch.AppendWrite(word.address, word.value);
     }
 
-    // The flash may have left the mode or not: afterwards it is in it.
-    void ReenterBypass(OmBusCycleBatch& batch) const {
-        if (!bypass_)
-            return;
-        LeaveBypass(batch);
-        Enter(batch);
-    }
-
-    static void LeaveBypass(OmBusCycleBatch& batch) {
+    static void AppendLeaveBypass(OmBusCycleBatch& batch) {
         batch.AppendRise();
         batch.AppendWriteData(OnAllLanes(kAmdBypassReset));
         batch.AppendRise();
         batch.AppendWriteData(0);
         batch.AppendRise();
-        batch.Run();
-        batch.Clear();
     }
 
     bool bypass_;
 };
 
-class AmdBuffers : public OmBulkCommands {
+class AmdBuffers : public AmdBulk {
   public:
-    using OmBulkCommands::OmBulkCommands;
+    explicit AmdBuffers(unsigned words) : AmdBulk(words, kDq1) {}
 
     void AppendItem(OmBusCycleBatch& batch, const OmProgramBlock& item, int wait) const override {
         AppendProgram(batch, item);
@@ -116,35 +159,12 @@ class AmdBuffers : public OmBulkCommands {
         AppendBlindWait(batch, wait);
     }
 
-    bool Judge(const OmBoundaryScanBus& bus, const OmProgramBlock& item, uint32_t status,
-               OmBulkVerdict& verdict) const override {
-        if (IsProgrammed(item, status))
-            return true;
-        for (int chip = 0; chip < bus.chipCount; ++chip)
-            if (HasAborted(bus.ChipLaneByte(chip, status),
-                           bus.ChipLaneByte(chip, item.back().value)))
-                verdict.writeAborted = true;
-        return false;
-    }
-
-    void Recover(OmBusCycleBatch& batch, const OmBulkVerdict& verdict, int) const override {
-        if (verdict.writeAborted)
-            AmdAbortReset(batch);
-    }
-
-    // Takes a chip out of DQ5 as well.
-    void AfterDrop(OmBusCycleBatch& batch) const override { AmdAbortReset(batch); }
-
     void Close(OmBusCycleBatch& batch) const override {
         AmdAbortReset(batch);
         AmdReset(*batch.bus);
     }
 
   private:
-    static bool HasAborted(uint8_t status, uint8_t value) {
-        return ((status ^ value) & kDq7) != 0 && (status & (kDq5 | kDq1)) == kDq1;
-    }
-
     // The address of the confirmation is that of the last word.
     static void AppendProgram(OmBusCycleBatch& batch, const OmProgramBlock& item) {
         const auto lastIndex = static_cast<uint32_t>(item.size() - 1);

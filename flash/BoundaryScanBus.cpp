@@ -249,6 +249,15 @@ int OmBoundaryScanBus::MaxWaitScans() const {
     return std::min(scans, kMaxWaitScans);
 }
 
+// Two scans of the read pulse are part of the wait.
+int OmBoundaryScanBus::WaitScansFor(uint32_t microseconds) const {
+    constexpr int kPulse = 2;
+    constexpr double kMicrosecond = 1e-6;
+    const int scans =
+        ScansIn(microseconds * kMicrosecond, analyzer->GetFrequency(), layout.defaultImage.size());
+    return std::clamp(scans - kPulse, 0, kMaxWaitScans);
+}
+
 int OmBoundaryScanBus::ItemsPerTransfer(int scansPerItem, int extraScans,
                                         OmTransferKind kind) const {
     const size_t bits = layout.defaultImage.size();

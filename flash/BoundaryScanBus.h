@@ -10,6 +10,7 @@
 #include "flash/ChainLayout.h"
 #include "flash/CommandSet.h"
 #include "flash/PinCells.h"
+#include "flash/ProgramTimes.h"
 #include "platform/Translation.h"
 
 #include <cstdint>
@@ -90,6 +91,9 @@ class OmBoundaryScanBus {
     // The number of full scans that take 5 ms at the cable's speed, 1 to 10000.
     int MaxWaitScans() const;
 
+    // The wait ahead of a status read that is this long in all, at most 10000.
+    int WaitScansFor(uint32_t microseconds) const;
+
     // How many items of `scansPerItem` scans to put in one batch that ends in `extraScans` closing
     // scans; 1 where batching gains nothing.
     int ItemsPerTransfer(int scansPerItem, int extraScans, OmTransferKind kind) const;
@@ -118,6 +122,9 @@ class OmBoundaryScanBus {
     int32_t chipCount = -1;
     int32_t wordSize = -1; // bytes of one chip's word
     int32_t addrCmdShift = -1;
+
+    // --- from the flash
+    OmProgramTimes programTimes; // as far as it has been asked
 
     // --- resolved
     std::vector<OmPinCellList> addressCells;

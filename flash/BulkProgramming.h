@@ -10,11 +10,13 @@
 
 class OmProgressCallback;
 
-// What the captures of one batch say.
-struct OmBulkVerdict {
-    std::vector<bool> done;    // by item
-    bool writeAborted = false; // the flash waits for an abort reset
-    bool blockLocked = false;  // programming ends
+// What the status of an item says.
+enum class OmItemState {
+    Done,
+    Busy,      // not done yet, or nobody knows
+    NotTaken,  // the flash has given up the command before it began
+    Failed,    // the flash could not program it
+    Forbidden, // the flash refuses, and will refuse all that follows: programming ends
 };
 
 // One way of programming: a command set, by words or by blocks.
@@ -30,10 +32,11 @@ class OmBulkCommands {
     // Into the batch that lasts for the whole action, before its first item.
     virtual void Enter(OmBusCycleBatch& batch) const;
 
-    // One item that ends in the one captured scan of its status, after `wait` idle scans.
+    // One item up to the one captured scan of its status, after `wait` idle scans.
     virtual void AppendItem(OmBusCycleBatch& batch, const OmProgramBlock& item, int wait) const = 0;
 
-    // The scans that end a batch of such items.
+    // The scans that follow each item, and those that end a batch of items.
+    virtual void AppendItemEnd(OmBusCycleBatch& batch) const;
     virtual void AppendClosing(OmBusCycleBatch& batch) const;
     virtual int ClosingScans() const = 0;
 
@@ -41,23 +44,21 @@ class OmBulkCommands {
     virtual void AppendBlindItem(OmBusCycleBatch& batch, const OmProgramBlock& item,
                                  int wait) const = 0;
 
-    // Looks at the status word of one item: true if it is programmed. `verdict` holds what the
-    // items ahead of it in the batch have said.
-    virtual bool Judge(const OmBoundaryScanBus& bus, const OmProgramBlock& item, uint32_t status,
-                       OmBulkVerdict& verdict) const = 0;
+    // Looks at the status word of an item that was sent to a flash which took commands. (After one
+    // that was not, a status tells nothing: an array that ignored the command can show the data.)
+    virtual OmItemState Judge(const OmBoundaryScanBus& bus, const OmProgramBlock& item,
+                              uint32_t status) const = 0;
 
-    // True if what is sent while the flash is busy can do harm: then a wait that is not proven is
-    // tried on one item alone.
-    virtual bool TriesWaitOnOneItem() const { return false; }
+    // True if the item can do harm when it reaches a flash that is busy and gets ready in the
+    // middle of it, so that its data are taken for commands. Such an item is sent only when all
+    // before it is known to be done.
+    virtual bool CanDoHarm(const OmBoundaryScanBus& bus, const OmProgramBlock& item) const;
 
-    // After a pass in which not every item was done: makes the flash take commands again.
-    // `longestWait` is that of the tuner, in scans.
-    virtual void Recover(OmBusCycleBatch& batch, const OmBulkVerdict& verdict,
-                         int longestWait) const;
-
-    // After items that failed at the longest wait have been dropped: makes the flash take those
-    // that follow.
-    virtual void AfterDrop(OmBusCycleBatch& batch) const;
+    // Recovery, of a flash in any state, `item` being the one that failed. The longest wait lies
+    // ahead of each of the two. First: ends commands taken by half, and resumes an operation that
+    // data have suspended. Then: makes the flash take items again.
+    virtual void Resume(OmBusCycleBatch& batch, const OmProgramBlock& item) const = 0;
+    virtual void Renew(OmBusCycleBatch& batch) const = 0;
 
     // After the last item has settled.
     virtual void Close(OmBusCycleBatch& batch) const = 0;
@@ -68,16 +69,14 @@ class OmBulkCommands {
 // The end of an item with status: the data bus released, `wait` idle scans, one captured read.
 void AppendStatusRead(OmBusCycleBatch& batch, int wait);
 
-// Lets a running operation end, so that the next command is not ignored.
-void WaitForFlash(OmBusCycleBatch& batch, int longestWait);
-
 // The end of an item without: `wait` scans, of which the first ends the write.
 void AppendBlindWait(OmBusCycleBatch& batch, int wait);
 
 // Programs every word that `image` touches and tunes `wait`, the idle scans ahead of a status read,
-// as it goes. `count` counts the words drawn from the image. An item that fails at the longest wait
-// is dropped without a word: a verify finds the hole. Done, Stopped, or FlashError for a locked
-// block.
+// as it goes; a `wait` above 0 is one that an action before has proven. `count` counts the words
+// drawn from the image. An item that fails at the longest wait is given up. A few are left to a
+// verify; when there are more, the user is asked whether to go on, and told at the end. Done,
+// Stopped, FlashError if the flash forbids to program, or Told.
 OmFlashResult ProgramWithStatus(OmBoundaryScanBus& bus, const OmBulkCommands& commands,
                                 OmProgressCallback& callback, const OmDataImage& image, int& wait,
                                 uint32_t& count);

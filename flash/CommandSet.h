@@ -17,4 +17,11 @@ enum class OmCommandSet {
 std::wstring GetCommandSetName(OmCommandSet set);
 
 // How a flash primitive ended.
-enum class OmFlashResult { Done = 0, Stopped = 1, FlashError = 2, TimeOut = 3, BlockLocked = 4 };
+enum class OmFlashResult {
+    Done = 0,
+    Stopped = 1,
+    FlashError = 2,
+    TimeOut = 3,
+    BlockLocked = 4,
+    Told = 5, // a failure of which the user has been told
+};

@@ -35,6 +35,7 @@ void OmFlashProgrammer::SetDesignSetup(const OmDesignSetup& newSetup) {
     if (analyzer)
         analyzer->devices.clear();
     commandSet = OmCommandSet::Unknown;
+    programTimes = OmProgramTimes();
     waitScans = 0;
     sectorsValid = false;
     sectors = OmFlashSectorLayout();
@@ -104,8 +105,11 @@ bool OmFlashProgrammer::IdentifyFlash(unsigned flags) {
     if (analyzer->devices.empty())
         FillInstructionTable(setup.devices, *analyzer);
     OmFlashIdentifier identifier(setup, *analyzer);
-    if ((flags & kPrepareIdentify) && !identifier.EnsureCommandSet(commandSet, bufferBytes) &&
-        (flags & kPrepareIdentifyOrFail)) {
+    const bool isIdentified =
+        !(flags & kPrepareIdentify) || identifier.EnsureCommandSet(commandSet, bufferBytes);
+    if (identifier.cfi.read)
+        programTimes = FindProgramTimes(identifier.cfi.chips);
+    if (!isIdentified && (flags & kPrepareIdentifyOrFail)) {
         ShowMessage(
             Translated("Failed to identify flash command set (or command set is unsupported)."),
             kWarningBox);

@@ -6,6 +6,7 @@
 
 #include "flash/ChainConformity.h"
 #include "flash/CommandSet.h"
+#include "flash/ProgramTimes.h"
 #include "flash/Progress.h"
 #include "jtag/CableFactory.h"
 #include "jtag/ChainAnalyzer.h"
@@ -112,8 +113,9 @@ class OmFlashProgrammer {
     std::unique_ptr<OmChainAnalyzer> analyzer; // null until the first open
     OmAcceptedMismatches acceptedMismatches;   // IDCODEs that the user has accepted
     OmCommandSet commandSet = OmCommandSet::Unknown;
-    uint32_t bufferBytes = 0; // write buffer of one chip
-    int waitScans = 0;        // found by the wait tuner, kept for the next Program
+    uint32_t bufferBytes = 0;    // write buffer of one chip
+    OmProgramTimes programTimes; // as the flash gives them, where it has been asked
+    int waitScans = 0;           // proven by programming, for this connection; 0 for none
     bool sectorsValid = false;
     OmFlashSectorLayout sectors; // what the setup or the flash gave; may be empty
     bool setupChecked = false;   // the setup has passed the integrity check once

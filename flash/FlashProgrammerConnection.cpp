@@ -30,6 +30,8 @@ void OmFlashProgrammer::ReplaceCable() {
         analyzer->SetCable(nullptr);
     cable.reset();
     cable = createCable(settings);
+    if (!settings.SameConnection(applied))
+        waitScans = 0; // counted in scans of the other one
     applied = settings;
     if (!cable)
         ShowMessage(Translated("Failed to initialize a JTAG connection"), kErrorBox);

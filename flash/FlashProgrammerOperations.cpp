@@ -68,6 +68,8 @@ constexpr ProgramFailure kProgramFailures[] = {
 };
 
 bool ReportProgram(OmProgressCallback& callback, OmFlashResult result) {
+    if (result == OmFlashResult::Told)
+        return false;
     for (const ProgramFailure& failure : kProgramFailures) {
         if (failure.result != result)
             continue;
@@ -88,6 +90,7 @@ bool OmFlashProgrammer::ProgramFlash(OmProgressCallback& callback, const OmDataI
             return true;
         OmBoundaryScanBus bus;
         OpenBus(bus);
+        bus.programTimes = programTimes;
         const auto wordSize = static_cast<uint32_t>(setup.WordSize);
         const std::unique_ptr<OmBulkCommands> commands =
             form->make({setup.UseUnlockBypass && FindCommandSet(commandSet)->hasBypass,

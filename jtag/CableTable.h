@@ -1,6 +1,7 @@
-// The table of cables, one row a type: what it is called, which settings lead to it, how its devices
-// are listed and how it is opened. Settings, factory, settings panel and console go by the rows, so
-// that none of them names a cable. The page of a type's settings stands in jtag/ui/CablePages.cpp.
+// The table of cables, one row a type: what it is called, which settings lead to it, how its
+// devices are listed and how it is opened. Settings, factory, settings panel and console go by the
+// rows, so that none of them names a cable. The page of a type's settings stands in
+// jtag/ui/CablePages.cpp.
 #pragma once
 
 #include "jtag/Cable.h"
@@ -68,11 +69,11 @@ using OmListedDevices = std::optional<std::vector<OmListedDevice>>; // nothing w
 
 struct OmCableRow {
     OmCableType type;
-    const char* label;        // in the window, for translation
-    const wchar_t* logName;   // in the connection log
-    const char* consoleName;  // as it is typed
-    unsigned windowPlace;     // in the list of the window; what is most in use comes first
-    unsigned consolePlace;    // in the console's list
+    const char* label;       // in the window, for translation
+    const wchar_t* logName;  // in the connection log
+    const char* consoleName; // as it is typed
+    unsigned windowPlace;    // in the list of the window; what is most in use comes first
+    unsigned consolePlace;   // in the console's list
     std::span<const OmSetting> settings; // all that decides about the connection
     std::unique_ptr<OmCable> (*open)(OmConnectionSettings&); // null on failure
     OmListedDevices (*list)();                               // null if devices have no names

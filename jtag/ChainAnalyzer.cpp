@@ -52,8 +52,8 @@ void ScanLogged(OmJtagHAL& hal, const OmBitVector& sent, OmBitVector& received) 
     OmLogBits(received);
 }
 
-// Pushes the marker through the data registers, ever longer fillers after it. Returns its index in the
-// last `received`; a dead TDO line ends the search early.
+// Pushes the marker through the data registers, ever longer fillers after it. Returns its index in
+// the last `received`; a dead TDO line ends the search early.
 ptrdiff_t FindDrMarker(OmJtagHAL& hal, OmBitVector& received) {
     const OmBitVector marker = BitsFromText("000011111111");
     ptrdiff_t position = -1;

@@ -132,8 +132,8 @@ void OmParallelCable::ScanIR(const OmBitVector& in, OmBitVector* out, int from, 
     Scan(OmScanRegister::Instruction, in, out, from, to);
 }
 
-// TDI is high on the way, but for the clock from Exit2-DR to Shift-DR. Wanted so: cables in the field
-// have always been driven like that.
+// TDI is high on the way, but for the clock from Exit2-DR to Shift-DR. Wanted so: cables in the
+// field have always been driven like that.
 void OmParallelCable::WalkToShift(OmScanRegister which, int from) {
     const bool fromPauseDr =
         which == OmScanRegister::Data && from != kScanFromReset && from != kScanFromIdle;

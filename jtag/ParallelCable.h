@@ -1,5 +1,5 @@
-// JTAG cables on a PC parallel port, one write of the data register a clock edge. The classes differ
-// only in which port bits carry TCK, TMS, TDI and TDO.
+// JTAG cables on a PC parallel port, one write of the data register a clock edge. The classes
+// differ only in which port bits carry TCK, TMS, TDI and TDO.
 #pragma once
 
 #include "jtag/Cable.h"

@@ -13,8 +13,7 @@ size_t OmTapWriter::PutScan(OmScanRegister which, const OmBitVector& in, int fro
 std::vector<size_t> OmTapWriter::PutScans(std::span<const OmScanVector> vectors, bool wanted) {
     std::vector<size_t> positions;
     for (const OmScanVector& vector : vectors) {
-        const size_t first =
-            PutScan(OmScanRegister::Data, vector.bits, kScanFromIdle, kScanToIdle);
+        const size_t first = PutScan(OmScanRegister::Data, vector.bits, kScanFromIdle, kScanToIdle);
         if (wanted && vector.capture)
             positions.push_back(first);
     }

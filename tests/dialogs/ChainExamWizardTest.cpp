@@ -9,8 +9,8 @@
 
 #include <wx/html/htmlwin.h>
 #include <wx/spinctrl.h>
-#include <wx/statbox.h>
 #include <wx/statbmp.h>
+#include <wx/statbox.h>
 #include <wx/uiaction.h>
 
 namespace {
@@ -64,9 +64,7 @@ class ChainExamWizardTest : public CableSettingsDlgTest {
 
     void UseAtmegaChain() { target_.devices = {{0x11111111, 4}, {kAtmega, 4, true}, {{}, 5}}; }
 
-    void ExpectNoCableBox() {
-        boxes_.Expect(L"Failed to initialize a JTAG connection", kErrorBox);
-    }
+    void ExpectNoCableBox() { boxes_.Expect(L"Failed to initialize a JTAG connection", kErrorBox); }
 
     static void Next(wxDialog& shown) { PressButton(shown, wxID_FORWARD); }
 

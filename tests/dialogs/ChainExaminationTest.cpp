@@ -40,18 +40,19 @@ TEST(ChainPage, WithoutDevicesSaysThatThereIsNoChain) {
 }
 
 TEST(ChainPage, OfOneDeviceSpeaksOfOne) {
-    EXPECT_EQ(MakeChainPage({{L"ARM", L"4BA00477"}}, false),
-              std::wstring(L"<html><body>\n<center>1 JTAG device was detected:</center><br><br>\n") +
-                  kTableHead + DeviceRow(L"1", L"ARM", L"4BA00477h") +
-                  L"</table></body></html>");
+    EXPECT_EQ(
+        MakeChainPage({{L"ARM", L"4BA00477"}}, false),
+        std::wstring(L"<html><body>\n<center>1 JTAG device was detected:</center><br><br>\n") +
+            kTableHead + DeviceRow(L"1", L"ARM", L"4BA00477h") + L"</table></body></html>");
 }
 
 TEST(ChainPage, ListsDevicesWithoutIdcodeOrKnownManufacturer) {
     EXPECT_EQ(
         MakeChainPage({{L"ARM", L"4BA00477"}, {L"", L"10000001"}, {L"", L""}}, false),
         std::wstring(L"<html><body>\n<center>3 JTAG devices were detected:</center><br><br>\n") +
-            kTableHead + DeviceRow(L"1", L"ARM", L"4BA00477h") + DeviceRow(L"2", L"", L"10000001h") +
-            DeviceRow(L"3", L"", L"n/a") + L"</table></body></html>");
+            kTableHead + DeviceRow(L"1", L"ARM", L"4BA00477h") +
+            DeviceRow(L"2", L"", L"10000001h") + DeviceRow(L"3", L"", L"n/a") +
+            L"</table></body></html>");
 }
 
 TEST(ChainPage, WithAHiddenBeginningSaysWhyAndAsks) {
@@ -64,7 +65,8 @@ TEST(ChainPage, WithAHiddenBeginningSaysWhyAndAsks) {
             L"beginning of the chain cannot be detected due to the ATMEL ATmega "
             L"bug.</font></td></tr>\n" +
             DeviceRow(L"1", L"Atmel", L"0940303Fh") + DeviceRow(L"2", L"", L"n/a") +
-            L"</table><br><br><font>The detected JTAG chain contains the ATMEL ATmega device that has "
+            L"</table><br><br><font>The detected JTAG chain contains the ATMEL ATmega device that "
+            L"has "
             L"a known bug in its TAP controller implementation*. The bug makes it impossible to "
             L"detect devices located in the JTAG chain before the ATMEL ATmega device. In order to "
             L"continue please manually specify a number of devices in the JTAG chain preceding the "

@@ -132,22 +132,23 @@ sleep 60
                                    kIdleLog);
 }
 
-TEST_F(AmdProgram, AbortedBufferIsResetAndSentAgainWithALongerWait) {
-    bench.cable.answers = {0x0082, 0x2222}; // DQ1 set, DQ5 clear, DQ7 not that of the data
+TEST_F(AmdProgram, AbortedBufferIsResetAndSentAgain) {
+    bench.cable.answers = {0x0082, 0x0082, 0x2222}; // DQ1 set, DQ7 not that of the data; seen twice
     const OmDataImage image = ImageOfWords(0x100, {0x1111, 0x2222});
     EXPECT_EQ(AmdProgramBuffers(bench.bus, progress, image, 16, wait, count), OmFlashResult::Done);
-    EXPECT_EQ(wait, 1);
-    const std::vector<size_t> expected{18, 7, 19, 1, 7, 3, 1};
+    // the buffer, a look, the recovery, the buffer again, the closing
+    const std::vector<size_t> expected{18, 3, 204, 18, 1, 7, 3, 1};
     EXPECT_EQ(bench.cable.runSizes, expected);
 }
 
-TEST_F(AmdProgram, OnlyDq1WithoutDq5OnAWrongDq7IsAnAbort) {
+TEST_F(AmdProgram, OnlyDq1OnAWrongDq7IsAnAbort) {
     const struct {
         uint32_t status;
-        bool aborted;
+        bool isSettled; // nothing is waited for
     } cases[] = {
-        {0x0082, true},  {0x0080, false}, // DQ1 clear
-        {0x00A2, false},                  // DQ5 set: time limit exceeded
+        {0x0082, true},  {0x0080, false}, // DQ1 clear: busy
+        {0x00A2, true},                   // DQ5 too, as some chips show
+        {0x00A0, true},                   // time limit exceeded
         {0x0002, false},                  // DQ7 as written
         {0x8200, false},                  // upper byte
     };
@@ -156,10 +157,25 @@ TEST_F(AmdProgram, OnlyDq1WithoutDq5OnAWrongDq7IsAnAbort) {
         SCOPED_TRACE(row.status);
         FlashBench own;
         int ownWait = 0;
-        own.cable.answers = {row.status, 0x2222};
+        own.cable.answers = {row.status, row.status};
         AmdProgramBuffers(own.bus, progress, ImageOfWords(0, {0x2222}), 16, ownWait, count);
-        EXPECT_EQ(own.cable.runSizes[1] == 7, row.aborted);
+        EXPECT_EQ(own.cable.runSizes[2] == 204, row.isSettled);
     }
+}
+
+TEST_F(AmdProgram, WordThatBypassModeCouldTakeForACommandIsTheFirstOfItsBatch) {
+    for (const uint16_t value : {uint16_t{0x11A0}, uint16_t{0xA011}})
+        for (const bool bypass : {false, true}) {
+            SCOPED_TRACE(testing::Message() << value << " " << bypass);
+            FlashBench own;
+            own.cable.status = 200;
+            own.cable.answers = {1, 2, value, 4};
+            int ownWait = 0;
+            const OmDataImage image = ImageOfWords(0, {1, 2, value, 4});
+            AmdProgramWords(own.bus, progress, image, bypass, ownWait, count);
+            const bool isFirst = bypass && value == 0x11A0;
+            EXPECT_EQ(own.cable.runSizes[1], isFirst ? 8u : bypass ? 24u : 36u);
+        }
 }
 
 TEST_F(AmdProgram, BufferCountGoesOnEveryChipsLane) {

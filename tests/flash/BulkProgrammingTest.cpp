@@ -4,6 +4,7 @@
 #include "flash/IntelCommands.h"
 #include "tests/flash/FlashBench.h"
 #include "tests/support/RecordingProgress.h"
+#include "tests/support/RecordingUserInterface.h"
 
 #include <gtest/gtest.h>
 
@@ -12,22 +13,25 @@
 namespace {
 
 // An AMD flash for word programming: it takes the word after each A0h, and answers with it when
-// `busyScans` scans have ended after the write, until then with its complement.
+// `busyScans` scans have ended after the write, until then with the complement of its DQ7.
 class WordFlash {
   public:
     WordFlash(BenchCable& cable, int busyScans) {
         cable.onWrite = [this](uint32_t address, uint32_t data) { Write(address, data); };
         cable.flash = [this, &cable, busyScans](const BenchPins&) {
-            return cable.scansSinceWrite >= busyScans ? last_ : ~last_;
+            return cable.scansSinceWrite >= busyScans ? last_ : ~last_ & 0x80;
         };
     }
 
     std::map<uint32_t, uint32_t> contents;
+    std::vector<uint32_t> order; // of the addresses
 
   private:
     void Write(uint32_t address, uint32_t data) {
-        if (programs_)
+        if (programs_) {
             contents[address] = last_ = data;
+            order.push_back(address);
+        }
         programs_ = !programs_ && data == 0xA0A0;
     }
 
@@ -37,6 +41,11 @@ class WordFlash {
 
 // Scans between the end of a word's write and the capture of its status, with no wait.
 constexpr int kScansAhead = 2;
+
+constexpr wchar_t kAskAfterFour[] =
+    L"4 words could not be programmed so far, the first at offset 00200h.\nThe flash may be not "
+    L"erased, protected, defective or not connected as the setup says.\n\nGo on programming the "
+    L"rest?";
 
 class BulkProgramming : public testing::Test {
   protected:
@@ -79,22 +88,50 @@ TEST_F(BulkProgramming, EmptyImageSendsNothing) {
     EXPECT_TRUE(progress.reports.empty());
 }
 
-TEST_F(BulkProgramming, WaitIsSearchedWhileWordsAreProgrammed) {
+// A word with no wait and looks until it is done; then single words, each looked at 16 times; at
+// last the rest in batches of the wait that was found.
+TEST_F(BulkProgramming, WaitIsMeasuredWhileWordsAreProgrammed) {
     const WordFlash flash(bench.cable, kScansAhead + 5);
-    EXPECT_EQ(Program(ImageOfWords(0, {1, 2, 3, 4, 5, 6})), OmFlashResult::Done);
-    // 12 scans and waits of 0, 1, 4, 16 for the first word, then 9, 6, 5, 5, 5
-    EXPECT_EQ(ProgramRuns(), (std::vector<size_t>{12, 13, 16, 28, 21, 18, 17, 17, 17}));
+    OmDataImage image;
+    std::map<uint32_t, uint32_t> expected;
+    for (uint32_t i = 0; i < 40; ++i) {
+        image.SetByte(i * 2, static_cast<uint8_t>(i));
+        expected[i] = i;
+    }
+    EXPECT_EQ(Program(image), OmFlashResult::Done);
+    const std::vector<size_t> runs = ProgramRuns();
+    EXPECT_EQ(std::vector<size_t>(runs.begin(), runs.begin() + 4),
+              (std::vector<size_t>{12, 3, 4, 50}));
+    EXPECT_EQ(runs.size(), 3u + 12 + 27) << "the first word, twelve measured, the rest";
+    EXPECT_EQ(runs[15], 17u);
+    EXPECT_EQ(runs.back(), 17u);
     EXPECT_EQ(wait, 5);
-    EXPECT_EQ(flash.contents,
-              (std::map<uint32_t, uint32_t>{{0, 1}, {1, 2}, {2, 3}, {3, 4}, {4, 5}, {5, 6}}));
+    EXPECT_EQ(flash.contents, expected);
 }
 
-TEST_F(BulkProgramming, WaitFoundBeforeIsTheFirstOneTried) {
+TEST_F(BulkProgramming, WaitFoundBeforeIsTriedOnOneWordAndKept) {
     const WordFlash flash(bench.cable, kScansAhead + 5);
+    bench.cable.status = 1000;
     wait = 5;
+    Program(ImageOfWords(0, {1, 2, 3}));
+    EXPECT_EQ(ProgramRuns(), (std::vector<size_t>{17, 34}));
+    EXPECT_EQ(wait, 5);
+}
+
+TEST_F(BulkProgramming, SearchStartsFromWhatTheFlashSaysOfItself) {
+    const WordFlash flash(bench.cable, kScansAhead + 5);
+    bench.bus.programTimes.word = {560, 0}; // 10 scans of 56 bits, of which two are the look
     Program(ImageOfWords(0, {1, 2}));
-    // A new search bisects downward: 5 suffices, 1 does not.
-    EXPECT_EQ(ProgramRuns(), (std::vector<size_t>{17, 13, 17}));
+    // 8 suffices; the next word is looked at from 4 on.
+    EXPECT_EQ(ProgramRuns(), (std::vector<size_t>{20, 58}));
+    EXPECT_EQ(wait, 0) << "two words prove nothing";
+}
+
+// Padded images: a blank word is done in no time, whatever the flash.
+TEST_F(BulkProgramming, WaitIsNotTriedOnBlankWords) {
+    const WordFlash flash(bench.cable, kScansAhead);
+    Program(ImageOfWords(0, {0xFFFF, 0xFFFF, 0x1234, 0x5678}));
+    EXPECT_EQ(flash.order, (std::vector<uint32_t>{2, 0, 1, 3}));
 }
 
 TEST_F(BulkProgramming, WaitAboveTheMaximumIsCut) {
@@ -105,37 +142,83 @@ TEST_F(BulkProgramming, WaitAboveTheMaximumIsCut) {
     EXPECT_EQ(ProgramRuns(), (std::vector<size_t>{15}));
 }
 
-TEST_F(BulkProgramming, ItemThatFailsAtTheLongestWaitIsDroppedWithoutAWord) {
+TEST_F(BulkProgramming, FewWordsThatFailAreLeftToAVerify) {
     bench.cable.frequency = 23000; // a maximum of 3
-    const WordFlash flash(bench.cable, kScansAhead + 4);
-    EXPECT_EQ(Program(ImageOfWords(0, {1, 2})), OmFlashResult::Done);
-    // A reset follows each drop: a chip that gave up takes nothing else.
-    EXPECT_EQ(ProgramRuns(), (std::vector<size_t>{12, 13, 15, 3, 15, 3}));
-    EXPECT_EQ(count, 2u);
-    EXPECT_EQ(wait, 3);
+    const WordFlash flash(bench.cable, 1000);
+    EXPECT_EQ(Program(ImageOfWords(0, {1, 2, 3})), OmFlashResult::Done);
+    EXPECT_EQ(count, 3u);
+    EXPECT_EQ(wait, 0);
 }
 
-TEST_F(BulkProgramming, OnlyItemsThatFailedAreSentAgain) {
+TEST_F(BulkProgramming, UserIsAskedWhenMoreWordsFailAndCanStop) {
+    RecordingUserInterface user;
+    bench.cable.frequency = 23000; // a maximum of 3
+    const WordFlash flash(bench.cable, 1000);
+    user.Expect(kAskAfterFour, kLossQuestionBox, OmAnswer::No);
+    EXPECT_EQ(Program(ImageOfWords(0x100, {1, 2, 3, 4, 5, 6})), OmFlashResult::Stopped);
+    EXPECT_EQ(count, 4u);
+}
+
+TEST_F(BulkProgramming, UserWhoGoesOnIsToldAtTheEnd) {
+    RecordingUserInterface user;
+    bench.cable.frequency = 23000; // a maximum of 3
+    const WordFlash flash(bench.cable, 1000);
+    user.Expect(kAskAfterFour, kLossQuestionBox, OmAnswer::Yes);
+    user.Expect(L"6 words could not be programmed, the first at offset 00200h.", kErrorBox);
+    EXPECT_EQ(Program(ImageOfWords(0x100, {1, 2, 3, 4, 5, 6})), OmFlashResult::Told);
+    EXPECT_EQ(count, 6u);
+    EXPECT_EQ(progress.finished, 1u);
+}
+
+// The flash can have ignored what follows, and show blank data, or the status of another word.
+TEST_F(BulkProgramming, ItemsBehindOneThatIsNotDoneDoNotCount) {
     bench.cable.status = 36;
-    bench.cable.answers = {0x1111, 0x0000, 0x3333, 0x2222};
-    EXPECT_EQ(Program(ImageOfWords(0, {0x1111, 0x2222, 0x3333})), OmFlashResult::Done);
-    EXPECT_EQ(ProgramRuns(), (std::vector<size_t>{36, 13}));
-    EXPECT_EQ(count, 3u) << "retries do not count again";
-    EXPECT_EQ(Percents(), (std::vector<int>{100, 100}));
+    bench.cable.answers = {0x1111, 0x2222, 0x0000, 0x4444, 0x3333};
+    Program(ImageOfWords(0, {0x1111, 0x2222, 0x3333, 0x4444}));
+    EXPECT_EQ(bench.cable.runSizes[0], 12u);
+    EXPECT_EQ(bench.cable.runSizes[1], 36u);
+    EXPECT_EQ(bench.cable.runSizes[3], 12u) << "the third word alone";
+    EXPECT_EQ(count, 4u) << "retries do not count again";
 }
 
-TEST_F(BulkProgramming, BatchIsFittedAnewWhenTheWaitHasChanged) {
-    bench.cable.status = 24; // ten transfers: 20 words of 12 scans, 18 of 13 (waste 0.025 of ten)
+// The longest wait, what ends half commands, what resumes, the longest wait, and the way back.
+TEST_F(BulkProgramming, FlashIsBroughtToAKnownStateAfterAPassThatFailed) {
+    bench.cable.frequency = 23000; // a maximum of 3
+    bench.cable.keepLog = true;
+    bench.cable.status = 36;
+    bench.cable.answers = {0x1111, 0x0000, 0x2222};
+    Program(ImageOfWords(0x123, {0x1111, 0x2222}));
+    EXPECT_EQ(bench.cable.runSizes[2], 3u + 12 + 2 + 1 + 3 + 6 + 2 + 1);
+    EXPECT_NE(bench.TakeLog().find("  00124 F0F0 0 1 1\n"
+                                   "  00124 3030 0 1 0\n"
+                                   "  00124 3030 0 1 1\n"
+                                   "  00124 3030 0 1 1\n"
+                                   "  00124 3030 0 1 1\n"
+                                   "  00124 3030 0 1 1\n"
+                                   "  55555 3030 0 1 1\n"
+                                   "  55555 AAAA 0 1 0\n"
+                                   "  AAAAA AAAA 0 1 1\n"
+                                   "  AAAAA 5555 0 1 0\n"
+                                   "  55555 5555 0 1 1\n"
+                                   "  55555 F0F0 0 1 0\n"
+                                   "  55555 F0F0 0 1 1\n"
+                                   "  55555 F0F0 0 1 0\n"
+                                   "  55555 F0F0 0 1 1\n"),
+              std::string::npos);
+}
+
+TEST_F(BulkProgramming, BatchesFillTheirTransfersAtTheWaitFound) {
+    bench.cable.status = 24;
     const WordFlash flash(bench.cable, kScansAhead + 1);
     OmDataImage image;
     for (uint32_t i = 0; i < 100; ++i)
         image.SetByte(i * 2, static_cast<uint8_t>(i));
+    wait = 1;
     Program(image);
-    // 20 words fail at 0 and pass at 1; then as many words of 13 scans as fit best. Words of 13
-    // scans in transfers of 24: k = 6 takes 11 (143 of 144 scans), the fullest of k = 1 to 10.
-    EXPECT_EQ(bench.cable.runSizes[0], 240u);
-    EXPECT_EQ(bench.cable.runSizes[1], 260u);
-    EXPECT_EQ(bench.cable.runSizes[2], 143u);
+    // Words of 13 scans in transfers of 24: k = 6 takes 11 (143 of 144 scans), the fullest of k = 1
+    // to 10.
+    EXPECT_EQ(bench.cable.runSizes[0], 13u);
+    EXPECT_EQ(bench.cable.runSizes[1], 143u);
 }
 
 TEST_F(BulkProgramming, ProgressCountsWordsDrawn) {
@@ -163,10 +246,11 @@ TEST_F(BulkProgramming, UserStopsAfterABatchAndTheFlashIsLeftProperly) {
 }
 
 TEST_F(BulkProgramming, UserStopsInTheMiddleOfASearch) {
+    const WordFlash flash(bench.cable, kScansAhead + 5);
     progress.stopAtReport = 2;
     EXPECT_EQ(Program(ImageOfWords(0, {1, 2, 3})), OmFlashResult::Stopped);
-    EXPECT_EQ(count, 1u);
-    EXPECT_EQ(ProgramRuns(), (std::vector<size_t>{12, 13}));
+    EXPECT_EQ(count, 2u);
+    EXPECT_EQ(ProgramRuns(), (std::vector<size_t>{12, 3, 4, 50}));
 }
 
 TEST_F(BulkProgramming, MissingBytesOfAWordAreProgrammedAsZero) {
@@ -184,7 +268,8 @@ TEST_F(BulkProgramming, BlocksGoOutAlignedToTheWriteBuffer) {
     const OmDataImage image = ImageOfWords(30, {30, 31, 32, 33});
     EXPECT_EQ(AmdProgramBuffers(bench.bus, progress, image, 32, wait, count), OmFlashResult::Done);
     EXPECT_EQ(count, 4u);
-    EXPECT_EQ(bench.cable.runSizes.front(), 36u); // two blocks of 14 + 2 * 2
+    EXPECT_EQ(bench.cable.runSizes[0], 18u); // two blocks of 14 + 2 * 2, the first alone
+    EXPECT_EQ(bench.cable.runSizes[1], 18u);
 }
 
 TEST_F(BulkProgramming, BlindBatchesFillTheirTransfersAndReadNothing) {

@@ -39,10 +39,13 @@ class MadeUpBulk : public OmBulkCommands {
         AppendItem(batch, item, wait);
     }
 
-    bool Judge(const OmBoundaryScanBus&, const OmProgramBlock&, uint32_t,
-               OmBulkVerdict&) const override {
-        return true;
+    OmItemState Judge(const OmBoundaryScanBus&, const OmProgramBlock&, uint32_t) const override {
+        return OmItemState::Done;
     }
+
+    void Resume(OmBusCycleBatch&, const OmProgramBlock&) const override {}
+
+    void Renew(OmBusCycleBatch&) const override {}
 
     void Close(OmBusCycleBatch&) const override { calls.push_back("close"); }
 };

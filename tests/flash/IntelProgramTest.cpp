@@ -152,39 +152,71 @@ TEST_F(IntelProgram, LockedBlockEndsTheProgrammingAtOnce) {
 }
 
 // A flash that is busy ignores a command and can take the data behind it for commands.
-TEST_F(IntelProgram, WaitIsTriedOnOneItemUntilItSuffices) {
+TEST_F(IntelProgram, WaitThatIsNotProvenIsTriedOnOneItem) {
     bench.cable.status = 100;
-    bench.cable.answers = {0x0000, 0x0080, 0x0080, 0x0080};
+    bench.cable.answers = {0x0080, 0x0080, 0x0080};
     EXPECT_EQ(IntelProgramWords(bench.bus, progress, ImageOfWords(0, {1, 2, 3}), wait, count),
               OmFlashResult::Done);
-    EXPECT_EQ(wait, 1);
-    // clear, a word with no wait, the longest wait of 90, the same word with a wait of 1, then both
-    // others, and the closing
-    const std::vector<size_t> expected{2, 10, 90, 11, 20, 1, 2, 3, 1};
+    // clear, a word with no wait, both others, and the closing
+    const std::vector<size_t> expected{2, 10, 18, 1, 2, 3, 1};
     EXPECT_EQ(bench.cable.runSizes, expected);
+}
+
+// The end of the batch has cleared the status of the word that was not ready: nobody knows how it
+// ended.
+TEST_F(IntelProgram, WordThatGotReadyLateIsSentAgainAndLookedAtSeveralTimes) {
+    bench.cable.answers = {0x0000, 0x0080, 0x0000, 0x0080};
+    EXPECT_EQ(IntelProgramWords(bench.bus, progress, ImageOfWords(0, {1}), wait, count),
+              OmFlashResult::Done);
+    // clear, the word with no wait, a look, the word with 16 looks behind its end
+    const std::vector<size_t> expected{2, 10, 3, 46, 3, 2, 3, 1};
+    EXPECT_EQ(bench.cable.runSizes, expected);
+    EXPECT_EQ(wait, 0) << "one word proves nothing";
 }
 
 TEST_F(IntelProgram, ItemsBehindOneThatWasNotReadyAreSentAgain) {
     bench.cable.status = 100;
-    bench.cable.answers = {0x0080, 0x0080, 0x0000, 0x0082, 0x0080, 0x0080};
+    bench.cable.answers = {0x0080, 0x0080, 0x0000, 0x0082, 0x0080, 0x0080, 0x0080};
     EXPECT_EQ(IntelProgramWords(bench.bus, progress, ImageOfWords(0, {1, 2, 3, 4}), wait, count),
               OmFlashResult::Done);
-    EXPECT_TRUE(bench.cable.answers.empty());
-    // one word, three words of which the second is not ready, and both again with a wait of 1
-    const std::vector<size_t> expected{2, 10, 26, 90, 11, 11, 1, 2, 3, 1};
+    // One word; three words, of which the second is not ready; the longest wait of 90 twice with
+    // the recovery of 11 scans; the second word alone. The wait is proven no more: the third gets
+    // 16 looks.
+    const std::vector<size_t> expected{2, 10, 26, 191, 10};
+    bench.cable.runSizes.resize(expected.size());
     EXPECT_EQ(bench.cable.runSizes, expected);
 }
 
+TEST_F(IntelProgram, RecoveryEndsHalfCommandsBeforeItResumes) {
+    bench.cable.frequency = 23000; // a maximum of 3 scans
+    bench.cable.answers = {0x0000, 0x0000, 0x0000, 0x0080};
+    IntelProgramWords(bench.bus, progress, ImageOfWords(0x123, {1}), wait, count);
+    EXPECT_NE(bench.TakeLog().find("  00123 FFFF 0 1 0\n"
+                                   "  00123 FFFF 0 1 1\n"
+                                   "  00123 FFFF 0 1 0\n"
+                                   "  00123 FFFF 0 1 1\n"
+                                   "  00123 FFFF 0 1 0\n"
+                                   "  00123 FFFF 0 1 1\n"
+                                   "  00123 D0D0 0 1 0\n"
+                                   "  00123 D0D0 0 1 1\n"
+                                   "  00123 D0D0 0 1 1\n"
+                                   "  00123 D0D0 0 1 1\n"
+                                   "  00123 D0D0 0 1 1\n"
+                                   "  00123 5050 0 1 0\n"
+                                   "  00123 5050 0 1 1\n"),
+              std::string::npos);
+}
+
 TEST_F(IntelProgram, FlashThatNeverGetsReadyIsGivenUpAtTheLongestWait) {
-    bench.cable.status = 100;
     bench.cable.frequency = 23000; // a maximum of 3 scans
     EXPECT_EQ(IntelProgramWords(bench.bus, progress, ImageOfWords(0, {1, 2, 3}), wait, count),
               OmFlashResult::Done);
-    EXPECT_EQ(wait, 3);
+    EXPECT_EQ(wait, 0);
     EXPECT_EQ(count, 3u);
-    // one word with waits of 0, 1 and 3, each followed by the longest wait, then both others at
-    // once
-    const std::vector<size_t> expected{2, 10, 3, 11, 3, 13, 3, 24, 3, 1, 2, 3, 1};
+    // Each word with two looks of 1 and 2 idle scans; the first twice, the others right after the
+    // recovery of the one before.
+    const std::vector<size_t> expected{2, 10, 3,  4,  17, 10, 3, 4, 17, 10,
+                                       3, 4,  17, 10, 3,  4,  1, 2, 3,  1};
     EXPECT_EQ(bench.cable.runSizes, expected);
 }
 
@@ -202,13 +234,38 @@ TEST_F(IntelProgram, TransfersAreFilledWithTheClosingScansCounted) {
     EXPECT_EQ(bench.cable.runSizes[2], 27u);
 }
 
-TEST_F(IntelProgram, WordIsDoneWhenAllChipsAreReady) {
+TEST_F(IntelProgram, WordIsDoneWhenAllChipsAreReadyWithoutAnError) {
     FlashBench two({.chips = 2});
-    two.cable.answers = {0x00800000, 0x00020080, 0x00900080};
+    // SR1 of a busy chip does not count; SR4 sends the word again, once.
+    two.cable.answers = {0x00020080, 0x00900080, 0x00900080, 0x00800080};
     OmDataImage image;
     image.SetByte(0, 0x55);
     EXPECT_EQ(IntelProgramWords(two.bus, progress, image, wait, count), OmFlashResult::Done);
-    // SR1 of a busy chip does not count, SR4 is left to the verify.
     EXPECT_EQ(two.cable.answers.size(), 0u);
-    EXPECT_EQ(progress.reports.size(), 3u);
+    EXPECT_EQ(progress.reports.size(), 3u) << "a try, a recovery, another try";
+}
+
+TEST_F(IntelProgram, BlockOfWhichDataCouldEraseIsTheFirstOfItsBatch) {
+    const struct {
+        std::vector<uint16_t> words;
+        bool isFirst;
+    } cases[] = {
+        {{0x1120, 0x22D0}, true}, // erase
+        {{0x1111, 0x2220}, true}, // with the confirmation of the buffer
+        {{0x1160, 0x2201}, true}, // lock
+        {{0x11D0, 0x2220 + 1}, false}, {{0x1120, 0xD022}, false}, {{0x11C0, 0x2222}, false},
+    };
+
+    for (const auto& row : cases) {
+        SCOPED_TRACE(row.words[0]);
+        FlashBench own;
+        own.cable.status = 200;
+        own.cable.flash = [](const BenchPins&) { return 0x0080u; };
+        OmDataImage image = ImageOfWords(0, {1, 2, 3, 4});
+        image.MergeFrom(ImageOfWords(4, {row.words[0], row.words[1]}));
+        int ownWait = 0;
+        IntelProgramBuffers(own.bus, progress, image, 2, ownWait, count);
+        // one buffer of 15 scans and the closing one, then the two others together or not
+        EXPECT_EQ(own.cable.runSizes[2], row.isFirst ? 16u : 31u);
+    }
 }

@@ -58,33 +58,30 @@ class SlowChip {
 
 } // namespace
 
-TEST(WaitSearch, TriesTheSameWaitsInBothLanguages) {
+TEST(WaitSearch, FindsTheShortestWaitInBothLanguages) {
     const struct {
         unsigned wordMicroseconds;
-        std::vector<int> waits;
-    } cases[] = {
-        {0, {0, 0, 0, 0}},
-        {110, {0, 1, 1, 1, 1}},
-        {285, {0, 1, 4, 16, 9, 6, 5, 5, 5}},
-        {1660, {0, 1, 4, 16, 32, 64, 47, 39, 35, 39, 36, 39, 37, 37, 37}},
-    };
+        int least;
+        int most;
+    } cases[] = {{0, 0, 0}, {110, 1, 1}, {285, 5, 5}, {1660, 37, 42}};
 
     for (const char* set : {"amd", "intel"})
         for (const auto& row : cases) {
             SCOPED_TRACE(std::string(set) + " " + std::to_string(row.wordMicroseconds));
             SlowChip chip(set, row.wordMicroseconds);
-            EXPECT_EQ(chip.WaitsOf(0, 1500, row.waits.size()), row.waits);
-            EXPECT_EQ(chip.road.programmer.waitScans, row.waits.back());
+            chip.WaitsOf(0, 1500, 1);
+            EXPECT_GE(chip.road.programmer.waitScans, row.least);
+            EXPECT_LE(chip.road.programmer.waitScans, row.most);
             chip.road.ExpectContent(Firmware(3000, 31));
         }
 }
 
-TEST(WaitSearch, EndsAtTheLongestWaitAndLeavesTheHoleToTheVerify) {
+TEST(WaitSearch, EndsAtTheLongestWaitAndLeavesAFewHolesToTheVerify) {
     for (const char* set : {"amd", "intel"}) {
         SCOPED_TRACE(set);
         SlowChip chip(set, 200000);
-        const std::vector<int> waits{0, 1, 4, 16, 32, 64, 128, 132, 132};
-        EXPECT_EQ(chip.WaitsOf(0, 3, waits.size()), waits);
+        chip.WaitsOf(0, 3, 3);
+        EXPECT_EQ(chip.road.programmer.waitScans, 0);
         chip.road.time.SleepMilliseconds(200);
         OmDataImage image;
         image.SetBytes(0, Firmware(6, 31));
@@ -95,19 +92,32 @@ TEST(WaitSearch, EndsAtTheLongestWaitAndLeavesTheHoleToTheVerify) {
     }
 }
 
-// A start from the wait that was found takes one pass; one from nothing takes four.
+TEST(WaitSearch, HopelessProgramStopsEarly) {
+    for (const char* set : {"amd", "intel"}) {
+        SCOPED_TRACE(set);
+        SlowChip chip(set, 200000);
+        OmDataImage image;
+        image.SetBytes(0, Firmware(20000, 31));
+        chip.user.Expect(L"4 words could not be programmed so far, the first at offset 00000h.\n"
+                         L"The flash may be not erased, protected, defective or not connected as "
+                         L"the setup says.\n\nGo on programming the rest?",
+                         kLossQuestionBox, OmAnswer::No);
+        chip.user.Expect(L"Program operation was aborted by user.", kWarningBox);
+        EXPECT_FALSE(chip.road.programmer.ProgramFlash(chip.road.progress, image));
+    }
+}
+
 TEST(WaitSearch, NextActionStartsWithTheWaitFoundUntilTheSetupChanges) {
     for (const char* set : {"amd", "intel"}) {
         SCOPED_TRACE(set);
         SlowChip chip(set, 285);
         chip.WaitsOf(0, 1500, 1);
-        EXPECT_EQ(chip.WaitsOf(4096, 1, 2), (std::vector<int>{5, 1}));
+        EXPECT_EQ(chip.WaitsOf(4096, 1, 2), (std::vector<int>{5, 5}));
         EXPECT_EQ(chip.road.Content(4098)[4096], Firmware(1, 31)[0]);
-        // What was tried last is below what suffices, and is what the next action starts with.
-        EXPECT_EQ(chip.WaitsOf(4098, 1, 3), (std::vector<int>{1, 4, 16}));
+        EXPECT_EQ(chip.WaitsOf(4098, 3, 3), (std::vector<int>{5, 5, 5}));
         const OmDesignSetup setup = chip.road.programmer.setup;
         chip.road.programmer.SetDesignSetup(setup);
         ASSERT_TRUE(chip.road.PrepareToProgram());
-        EXPECT_EQ(chip.WaitsOf(8192, 1500, 3), (std::vector<int>{0, 1, 4}));
+        EXPECT_EQ(chip.WaitsOf(8192, 1500, 3), (std::vector<int>{0, 0, 0}));
     }
 }
