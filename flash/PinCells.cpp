@@ -1,8 +1,7 @@
 #include "flash/PinCells.h"
 
+#include "bsdl/PortName.h"
 #include "platform/Text.h"
-
-#include <cstdio>
 
 namespace {
 
@@ -52,20 +51,6 @@ bool FindPinCells(OmPinCellList& pin, const OmDevicePin& signal,
                 pin.cells.push_back(MakeCellRef(number, index, entries[index]));
     }
     return !pin.cells.empty();
-}
-
-void SplitPortName(std::string_view text, std::string& name, int& index) {
-    index = -1;
-    name = text;
-    if (!text.ends_with(')'))
-        return;
-    const size_t open = text.find('(');
-    if (open == std::string_view::npos)
-        return;
-    int number = -1;
-    if (std::sscanf(name.c_str() + open, "(%d)", &number) == 1)
-        index = number;
-    name.resize(open);
 }
 
 std::wstring FormatPinName(const std::vector<OmChainDevice>& chain, const OmDevicePin& pin) {

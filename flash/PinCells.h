@@ -7,7 +7,6 @@
 
 #include <cstdint>
 #include <string>
-#include <string_view>
 #include <vector>
 
 // One entry of one boundary cell that belongs to a pin. What a scan needs of the entry is copied
@@ -35,10 +34,6 @@ struct OmPinCellList {
 // there is none, or if the device is outside `chain` or has no BSDL data.
 bool FindPinCells(OmPinCellList& pin, const OmDevicePin& signal,
                   const std::vector<OmChainDevice>& chain);
-
-// "DATA(3)" gives "DATA" and 3, anything that does not end in an index in parentheses an index of
-// -1.
-void SplitPortName(std::string_view text, std::string& name, int& index);
 
 // "Dev1 (entity) PORT(3)", or "<invalid_signal>" for a device outside `chain`.
 std::wstring FormatPinName(const std::vector<OmChainDevice>& chain, const OmDevicePin& pin);
