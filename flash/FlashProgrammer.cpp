@@ -1,5 +1,4 @@
-// The setup and what comes before an action. The connection, the operations and the report each
-// have a source of their own.
+// The setup, what comes before an action, and the way to the operations.
 #include "flash/FlashProgrammer.h"
 
 #include "flash/BoundaryScanBus.h"
@@ -40,6 +39,10 @@ void OmFlashProgrammer::SetDesignSetup(const OmDesignSetup& newSetup) {
     sectorsValid = false;
     sectors = OmFlashSectorLayout();
     setupChecked = false;
+}
+
+void OmFlashProgrammer::OnOtherConnection() {
+    waitScans = 0;
 }
 
 bool OmFlashProgrammer::LoadDesignSetup(const std::string& path) {
@@ -118,4 +121,71 @@ bool OmFlashProgrammer::IdentifyFlash(unsigned flags) {
     if (flags & kPrepareSectors)
         identifier.EnsureSectors(sectors, sectorsValid);
     return true;
+}
+
+template <typename Operation>
+bool OmFlashProgrammer::Operate(OmProgressCallback* callback, const Operation& operation) {
+    return Guarded(callback, [&] {
+        OmFlashOperations operations(setup, *analyzer, *this);
+        return operation(operations);
+    });
+}
+
+bool OmFlashProgrammer::ReadFlash(OmProgressCallback& callback, uint32_t start, uint32_t size,
+                                  OmDataImage& image) {
+    return Operate(&callback, [&](OmFlashOperations& operations) {
+        return operations.Read(callback, {start, size}, image);
+    });
+}
+
+bool OmFlashProgrammer::ProgramFlash(OmProgressCallback& callback, const OmDataImage& image) {
+    return Operate(&callback, [&](OmFlashOperations& operations) {
+        return operations.Program(callback, image);
+    });
+}
+
+bool OmFlashProgrammer::VerifyFlash(OmUnitedProgressCallback& callback, const OmDataImage& image) {
+    return Operate(&callback, [&](OmFlashOperations& operations) {
+        return operations.Verify(callback, image);
+    });
+}
+
+bool OmFlashProgrammer::BlankCheckFlash(OmUnitedProgressCallback& callback,
+                                        const std::vector<OmAddressRange>& ranges) {
+    return Operate(&callback, [&](OmFlashOperations& operations) {
+        return operations.BlankCheck(callback, ranges);
+    });
+}
+
+bool OmFlashProgrammer::EraseSectors(OmProgressCallback& callback,
+                                     const OmSectorRange& chipOffsets) {
+    return Operate(&callback, [&](OmFlashOperations& operations) {
+        return operations.EraseSectors(callback, chipOffsets);
+    });
+}
+
+bool OmFlashProgrammer::EraseChip(OmProgressCallback& callback) {
+    return Operate(&callback,
+                   [&](OmFlashOperations& operations) { return operations.EraseChip(callback); });
+}
+
+bool OmFlashProgrammer::LockSectors(OmProgressCallback& callback,
+                                    const OmSectorRange& chipOffsets) {
+    return Operate(&callback, [&](OmFlashOperations& operations) {
+        return operations.SetSectorLocks(callback, chipOffsets, true);
+    });
+}
+
+bool OmFlashProgrammer::UnlockSectors(OmProgressCallback& callback,
+                                      const OmSectorRange& chipOffsets) {
+    return Operate(&callback, [&](OmFlashOperations& operations) {
+        return operations.SetSectorLocks(callback, chipOffsets, false);
+    });
+}
+
+bool OmFlashProgrammer::GetFlashInfo(OmFlashReport& report) {
+    return Operate(nullptr, [&](OmFlashOperations& operations) {
+        operations.MakeReport(report);
+        return true;
+    });
 }

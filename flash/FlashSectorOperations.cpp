@@ -1,18 +1,19 @@
 // Erase, lock and unlock: one loop over sectors, with the texts in tables.
 #include "flash/BoundaryScanBus.h"
 #include "flash/CommandSets.h"
-#include "flash/FlashProgrammer.h"
+#include "flash/FlashOperations.h"
 #include "platform/Text.h"
 #include "platform/Translation.h"
 #include "platform/UserInterface.h"
 
+#include <functional>
 #include <limits>
 #include <optional>
 
 // Sectors one after the other, by their offsets.
 struct OmSectorWork {
     unsigned total = 0;
-    std::function<std::optional<uint32_t>()> next; // nothing behind the last
+    std::function<std::optional<uint32_t>()> next; // nothing after the last
 };
 
 namespace {
@@ -69,7 +70,7 @@ struct SectorOutcome {
 
     bool IsGood() const { return !stopped && !timedOut && failed.empty() && locked.empty(); }
 
-    // False if the sectors behind this one must be left alone.
+    // False if the sectors after this one must be left alone.
     bool Take(OmFlashResult result, uint32_t offset) {
         stopped = result == OmFlashResult::Stopped;
         timedOut = result == OmFlashResult::TimeOut;
@@ -162,63 +163,44 @@ bool ReportChipErase(OmProgressCallback& callback, OmFlashResult result) {
 
 } // namespace
 
-bool OmFlashProgrammer::EraseEach(OmProgressCallback& callback, const OmSectorWork& work) {
-    return Guarded(&callback, [&] {
-        callback.OnProgress(-1, Translated(kEraseTexts.opening).c_str());
-        const OmCommandSetRow* row = FindCommandSet(commandSet);
-        if (!row)
-            return true;
-        OmBoundaryScanBus bus;
-        OpenBus(bus);
-        const auto erase = [&](uint32_t offset) { return row->eraseSector(bus, callback, offset); };
-        return Report(callback, RunOverSectors(callback, work, kEraseTexts, erase), kEraseTexts);
-    });
+bool OmFlashOperations::EraseEach(OmProgressCallback& callback, const OmSectorWork& work) {
+    callback.OnProgress(-1, Translated(kEraseTexts.opening).c_str());
+    const OmCommandSetRow* row = FindCommandSet(facts_.commandSet);
+    if (!row)
+        return true;
+    OmBoundaryScanBus bus;
+    OpenBus(bus);
+    const auto erase = [&](uint32_t offset) { return row->eraseSector(bus, callback, offset); };
+    return Report(callback, RunOverSectors(callback, work, kEraseTexts, erase), kEraseTexts);
 }
 
-bool OmFlashProgrammer::EraseSectors(OmProgressCallback& callback,
+bool OmFlashOperations::EraseSectors(OmProgressCallback& callback,
                                      const OmSectorRange& chipOffsets) {
     return EraseEach(callback, WorkOf(chipOffsets));
 }
 
-bool OmFlashProgrammer::SetSectorLocks(OmProgressCallback& callback,
+bool OmFlashOperations::SetSectorLocks(OmProgressCallback& callback,
                                        const OmSectorRange& chipOffsets, bool lock) {
     const SectorTexts& texts = lock ? kLockTexts : kUnlockTexts;
-    return Guarded(&callback, [&] {
-        callback.OnProgress(-1, Translated(texts.opening).c_str());
-        const OmCommandSetRow* row = FindLockingCommandSet(commandSet);
-        if (!row)
-            return true;
-        OmBoundaryScanBus bus;
-        OpenBus(bus, row->words.set);
-        const auto setLock = [&](uint32_t offset) {
-            return row->setLock(bus, callback, lock, offset);
-        };
-        return Report(callback, RunOverSectors(callback, WorkOf(chipOffsets), texts, setLock),
-                      texts);
-    });
-}
-
-bool OmFlashProgrammer::LockSectors(OmProgressCallback& callback,
-                                    const OmSectorRange& chipOffsets) {
-    return SetSectorLocks(callback, chipOffsets, true);
-}
-
-bool OmFlashProgrammer::UnlockSectors(OmProgressCallback& callback,
-                                      const OmSectorRange& chipOffsets) {
-    return SetSectorLocks(callback, chipOffsets, false);
+    callback.OnProgress(-1, Translated(texts.opening).c_str());
+    const OmCommandSetRow* row = FindLockingCommandSet(facts_.commandSet);
+    if (!row)
+        return true;
+    OmBoundaryScanBus bus;
+    OpenBus(bus, row->words.set);
+    const auto setLock = [&](uint32_t offset) { return row->setLock(bus, callback, lock, offset); };
+    return Report(callback, RunOverSectors(callback, WorkOf(chipOffsets), texts, setLock), texts);
 }
 
 // A set without a command for the whole chip has its sectors erased one by one.
-bool OmFlashProgrammer::EraseChip(OmProgressCallback& callback) {
-    const OmCommandSetRow* row = FindCommandSet(commandSet);
+bool OmFlashOperations::EraseChip(OmProgressCallback& callback) {
+    const OmCommandSetRow* row = FindCommandSet(facts_.commandSet);
     if (!row)
         return false;
     if (!row->eraseChip)
-        return EraseEach(callback, WorkOf(sectors));
-    return Guarded(&callback, [&] {
-        callback.OnProgress(-1, Translated("Erasing the entire flash...").c_str());
-        OmBoundaryScanBus bus;
-        OpenBus(bus);
-        return ReportChipErase(callback, row->eraseChip(bus, callback));
-    });
+        return EraseEach(callback, WorkOf(facts_.sectors));
+    callback.OnProgress(-1, Translated("Erasing the entire flash...").c_str());
+    OmBoundaryScanBus bus;
+    OpenBus(bus);
+    return ReportChipErase(callback, row->eraseChip(bus, callback));
 }

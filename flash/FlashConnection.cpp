@@ -1,5 +1,6 @@
-// The connection half of the flash programmer: the one cable and the analyzer over it.
-#include "flash/FlashProgrammer.h"
+#include "flash/FlashConnection.h"
+
+#include "flash/Progress.h"
 #include "jtag/Exception.h"
 #include "platform/Translation.h"
 #include "platform/UserInterface.h"
@@ -14,7 +15,13 @@ constexpr const char* kAdaptiveClockingWarning = ForTranslation(
 
 } // namespace
 
-bool OmFlashProgrammer::OpenCable() {
+OmFlashConnection::OmFlashConnection() = default;
+
+OmFlashConnection::~OmFlashConnection() = default;
+
+void OmFlashConnection::OnOtherConnection() {}
+
+bool OmFlashConnection::OpenCable() {
     if (!cable || !settings.SameConnection(applied))
         ReplaceCable();
     if (analyzer)
@@ -25,24 +32,24 @@ bool OmFlashProgrammer::OpenCable() {
 }
 
 // The old cable goes first: most pods can be opened only once.
-void OmFlashProgrammer::ReplaceCable() {
+void OmFlashConnection::ReplaceCable() {
     if (analyzer)
         analyzer->SetCable(nullptr);
     cable.reset();
     cable = createCable(settings);
     if (!settings.SameConnection(applied))
-        waitScans = 0; // counted in scans of the other one
+        OnOtherConnection();
     applied = settings;
     if (!cable)
         ShowMessage(Translated("Failed to initialize a JTAG connection"), kErrorBox);
 }
 
-void OmFlashProgrammer::CloseCable() {
+void OmFlashConnection::CloseCable() {
     analyzer.reset();
     cable.reset();
 }
 
-bool OmFlashProgrammer::ConfirmAdaptiveClocking() {
+bool OmFlashConnection::ConfirmAdaptiveClocking() {
     if (adaptiveWarningAnswered || !settings.ftd2xxAdaptiveClocking ||
         settings.cableType != OmCableType::Ftd2xx || !settings.ftd2xxIsHighSpeed)
         return true;
@@ -52,7 +59,7 @@ bool OmFlashProgrammer::ConfirmAdaptiveClocking() {
     return adaptiveWarningAnswered;
 }
 
-bool OmFlashProgrammer::JtagReset() {
+bool OmFlashConnection::JtagReset() {
     return Guarded(nullptr, [this] {
         if (!OpenCable() || !ConfirmAdaptiveClocking())
             return false;
@@ -62,11 +69,11 @@ bool OmFlashProgrammer::JtagReset() {
 }
 
 // An analyzer that a failed OpenCable left behind has no HAL to scan through.
-bool OmFlashProgrammer::OpenForAnalysis() {
+bool OmFlashConnection::OpenForAnalysis() {
     return (analyzer && analyzer->hal) || OpenCable();
 }
 
-bool OmFlashProgrammer::ExamineChain(std::vector<OmBitVector>& chain, bool& atmelBug) {
+bool OmFlashConnection::ExamineChain(std::vector<OmBitVector>& chain, bool& atmelBug) {
     chain.clear();
     atmelBug = false;
     return Guarded(nullptr, [&] {
@@ -77,7 +84,7 @@ bool OmFlashProgrammer::ExamineChain(std::vector<OmBitVector>& chain, bool& atme
     });
 }
 
-bool OmFlashProgrammer::CaptureChainIr(OmBitVector& bits) {
+bool OmFlashConnection::CaptureChainIr(OmBitVector& bits) {
     bits.clear();
     return Guarded(nullptr, [&] {
         if (!OpenForAnalysis())
@@ -87,7 +94,7 @@ bool OmFlashProgrammer::CaptureChainIr(OmBitVector& bits) {
     });
 }
 
-bool OmFlashProgrammer::Guarded(OmProgressCallback* callback, const std::function<bool()>& action) {
+bool OmFlashConnection::Guarded(OmProgressCallback* callback, const std::function<bool()>& action) {
     try {
         return action();
     } catch (const OmException& exception) {

@@ -2,7 +2,7 @@
 // never far, whatever the cable.
 #include "data/DataImage.h"
 #include "flash/BoundaryScanBus.h"
-#include "flash/FlashProgrammer.h"
+#include "flash/FlashOperations.h"
 #include "platform/Clock.h"
 #include "platform/Text.h"
 #include "platform/Translation.h"
@@ -22,7 +22,7 @@ constexpr uint64_t kAddressSpace = uint64_t{1} << 32;
 // Image addresses to compare.
 struct CompareRange {
     uint64_t first = 0;
-    uint64_t end = 0;                  // behind the last one
+    uint64_t end = 0;                  // past the last one
     std::span<const uint8_t> expected; // from `first` on; empty: erased flash
 };
 
@@ -167,26 +167,22 @@ std::vector<CompareRange> RangesOf(const std::vector<OmAddressRange>& addresses)
 
 } // namespace
 
-bool OmFlashProgrammer::VerifyFlash(OmUnitedProgressCallback& callback, const OmDataImage& image) {
-    return Guarded(&callback, [&] {
-        callback.OnProgress(0, Translated(kVerifyTexts.opening).c_str());
-        OmBoundaryScanBus bus;
-        OpenBus(bus);
-        const uint64_t total = image.GetByteCount() / bus.BusWordBytes() + 1;
-        return Comparison(bus, callback, kVerifyTexts, static_cast<uint32_t>(total))
-            .Run(RangesOf(image));
-    });
+bool OmFlashOperations::Verify(OmUnitedProgressCallback& callback, const OmDataImage& image) {
+    callback.OnProgress(0, Translated(kVerifyTexts.opening).c_str());
+    OmBoundaryScanBus bus;
+    OpenBus(bus);
+    const uint64_t total = image.GetByteCount() / bus.BusWordBytes() + 1;
+    return Comparison(bus, callback, kVerifyTexts, static_cast<uint32_t>(total))
+        .Run(RangesOf(image));
 }
 
-bool OmFlashProgrammer::BlankCheckFlash(OmUnitedProgressCallback& callback,
-                                        const std::vector<OmAddressRange>& ranges) {
-    return Guarded(&callback, [&] {
-        callback.OnProgress(0, Translated(kBlankCheckTexts.opening).c_str());
-        OmBoundaryScanBus bus;
-        OpenBus(bus);
-        uint32_t total = 0;
-        for (const OmAddressRange& range : ranges)
-            total += range.size / bus.BusWordBytes() + 1;
-        return Comparison(bus, callback, kBlankCheckTexts, total).Run(RangesOf(ranges));
-    });
+bool OmFlashOperations::BlankCheck(OmUnitedProgressCallback& callback,
+                                   const std::vector<OmAddressRange>& ranges) {
+    callback.OnProgress(0, Translated(kBlankCheckTexts.opening).c_str());
+    OmBoundaryScanBus bus;
+    OpenBus(bus);
+    uint32_t total = 0;
+    for (const OmAddressRange& range : ranges)
+        total += range.size / bus.BusWordBytes() + 1;
+    return Comparison(bus, callback, kBlankCheckTexts, total).Run(RangesOf(ranges));
 }

@@ -1,7 +1,8 @@
 // The Info command's report.
 #include "flash/FlashInfo.h"
-#include "flash/FlashProgrammer.h"
+#include "flash/FlashOperations.h"
 #include "flash/Identification.h"
+#include "setup/DesignSetup.h"
 
 #include <algorithm>
 
@@ -23,18 +24,15 @@ std::vector<OmChipInfo> DescribeChips(const OmDesignSetup& setup, const OmFlashI
 
 } // namespace
 
-// Looks at the flash whatever is known of it; what the object knows is then found anew.
-bool OmFlashProgrammer::GetFlashInfo(OmFlashReport& report) {
-    return Guarded(nullptr, [&] {
-        OmFlashIdentifier identifier(setup, *analyzer);
-        OmDetectedFlash found;
-        identifier.DetectCommandSet(found);
-        commandSet = OmCommandSet::Unknown;
-        identifier.EnsureCommandSet(commandSet, bufferBytes);
-        sectorsValid = false;
-        identifier.EnsureSectors(sectors, sectorsValid);
-        report = MakeFlashReport(found.commandSet, setup.WordSize,
-                                 DescribeChips(setup, found.ids, identifier.cfi));
-        return true;
-    });
+// Looks at the flash whatever is known of it.
+void OmFlashOperations::MakeReport(OmFlashReport& report) {
+    OmFlashIdentifier identifier(setup_, analyzer_);
+    OmDetectedFlash found;
+    identifier.DetectCommandSet(found);
+    facts_.commandSet = OmCommandSet::Unknown;
+    identifier.EnsureCommandSet(facts_.commandSet, facts_.bufferBytes);
+    facts_.sectorsValid = false;
+    identifier.EnsureSectors(facts_.sectors, facts_.sectorsValid);
+    report = MakeFlashReport(found.commandSet, setup_.WordSize,
+                             DescribeChips(setup_, found.ids, identifier.cfi));
 }
