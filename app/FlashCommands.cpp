@@ -9,8 +9,10 @@
 #include "dialogs/GoToOffsetDlg.h"
 #include "dialogs/ReadDlg.h"
 #include "dialogs/VerifyDlg.h"
-#include "flash/FlashProgrammer.h"
-#include "platform/Text.h"
+#include "jobs/BlankCheckJob.h"
+#include "jobs/InfoJob.h"
+#include "jobs/ReadJob.h"
+#include "jobs/VerifyJob.h"
 #include "platform/UserInterface.h"
 
 #include <wx/intl.h>
@@ -19,94 +21,68 @@ OmActionProgress::OmActionProgress(wxWindow* parent) : OmProgressDlg(parent, _("
     Show(true);
 }
 
-void OmActionProgress::Report(const wxString& success) {
-    Show(false);
-    ShowMessage(success.ToStdWstring(), kInformationBox);
-}
-
-uint32_t GetMoveDistance(const OmDataImage& image, uint32_t newStart) {
-    return newStart - image.GetChunks().front().address;
-}
-
-OmActionImage::OmActionImage(const OmDataImage& shown, bool move, uint32_t newStart)
-    : shown_(shown) {
-    if (!move)
+// The dialog goes before the last box, which must not come up behind a disabled window.
+void RunJob(wxWindow* parent, OmFlashJob& job) {
+    if (!job.Check())
         return;
-    const OmBusyCursor busy;
-    moved_ = shown.ShiftedBy(GetMoveDistance(shown, newStart));
+    OmActionProgress progress(parent);
+    if (!job.Run(progress))
+        return;
+    progress.Show(false);
+    ShowMessage(job.DescribeSuccess(), kInformationBox);
 }
-
-namespace {
-
-std::vector<OmAddressRange> GetRangesToCheck(const OmBlankCheckDlg& dialog,
-                                             const OmDataImage& image) {
-    if (dialog.pieceOfMemory)
-        return {{dialog.from, dialog.size}};
-    const uint32_t distance = dialog.ignoreAddress ? GetMoveDistance(image, dialog.newStart) : 0;
-    std::vector<OmAddressRange> ranges;
-    for (const OmDataChunk& chunk : image.GetChunks())
-        ranges.push_back({chunk.address + distance, static_cast<uint32_t>(chunk.bytes.size())});
-    return ranges;
-}
-
-} // namespace
 
 void OmMainFrame::OnInfo(wxCommandEvent&) {
-    OmFlashProgrammer& programmer = OmFlashProgrammer::GetInstance();
     OmFlashReport report;
-    if (!programmer.Prepare(kPrepareFlashCommands) || !programmer.GetFlashInfo(report))
-        return;
-    OmFlashInfoDlg(this, MakeFlashReportPage(report)).ShowModal();
+    if (RunInfoJob(OmFlashProgrammer::GetInstance(), report))
+        OmFlashInfoDlg(this, MakeFlashReportPage(report)).ShowModal();
 }
 
 // The question about unsaved data comes before anything reaches the cable.
 void OmMainFrame::OnRead(wxCommandEvent&) {
-    OmFlashProgrammer& programmer = OmFlashProgrammer::GetInstance();
-    if (!PromptSaveData() || !programmer.Prepare(kPrepareNone))
+    OmReadJob job(OmFlashProgrammer::GetInstance());
+    if (!PromptSaveData() || !job.Open())
         return;
     OmReadDlg dialog(this);
-    dialog.entireSize = programmer.GetFlashSizeBytes();
+    dialog.entireSize = job.GetFlashSizeBytes();
     if (dialog.ShowModal() != wxID_OK)
         return;
-    OmDataImage& image = BeginFlashData();
+    job.part = {dialog.start, dialog.size};
+    if (!job.Check())
+        return;
+    job.image = &BeginFlashData();
     OmActionProgress progress(this);
-    programmer.ReadFlash(progress, dialog.start, dialog.size, image);
+    job.Run(progress);
     progress.Show(false);
     ShowFlashData(); // what came in before an abort or a failure stays
 }
 
 void OmMainFrame::OnBlankCheck(wxCommandEvent&) {
-    OmFlashProgrammer& programmer = OmFlashProgrammer::GetInstance();
-    if (!programmer.Prepare(kPrepareNone))
+    OmBlankCheckJob job(OmFlashProgrammer::GetInstance());
+    if (!job.Open())
         return;
     OmBlankCheckDlg dialog(this);
-    dialog.entireSize = programmer.GetFlashSizeBytes();
+    dialog.entireSize = job.GetFlashSizeBytes();
     dialog.noData = dataImage_.IsEmpty();
     if (dialog.ShowModal() != wxID_OK)
         return;
-    const std::vector<OmAddressRange> ranges = GetRangesToCheck(dialog, dataImage_);
-    OmActionProgress progress(this);
-    OmUnitedProgressCallback united(&progress);
-    if (programmer.BlankCheckFlash(united, ranges))
-        progress.Report(_("Selected flash region is blank."));
+    if (dialog.pieceOfMemory)
+        job.part = {dialog.from, dialog.size};
+    else
+        job.data = {&dataImage_, dialog.ignoreAddress, dialog.newStart};
+    RunJob(this, job);
 }
 
 void OmMainFrame::OnVerify(wxCommandEvent&) {
-    if (dataImage_.IsEmpty()) {
-        ShowMessage(_("No data to verify.").ToStdWstring(), kInformationBox);
-        return;
-    }
-    OmFlashProgrammer& programmer = OmFlashProgrammer::GetInstance();
-    if (!programmer.Prepare(kPrepareNone))
+    OmVerifyJob job(OmFlashProgrammer::GetInstance());
+    job.data = {&dataImage_};
+    if (!job.Open())
         return;
     OmVerifyDlg dialog(this);
     if (dialog.ShowModal() != wxID_OK)
         return;
-    const OmActionImage image(dataImage_, dialog.ignoreAddress, dialog.newStart);
-    OmActionProgress progress(this);
-    OmUnitedProgressCallback united(&progress);
-    if (programmer.VerifyFlash(united, image.Get()))
-        progress.Report(_("Data verification completed successfully."));
+    job.data = {&dataImage_, dialog.ignoreAddress, dialog.newStart};
+    RunJob(this, job);
 }
 
 void OmMainFrame::OnGoToOffset(wxCommandEvent&) {

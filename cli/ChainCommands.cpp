@@ -3,6 +3,7 @@
 #include "cli/Commands.h"
 #include "cli/FlashReportText.h"
 #include "flash/FlashProgrammer.h"
+#include "jobs/InfoJob.h"
 #include "platform/Text.h"
 
 #include <cstdio>
@@ -49,9 +50,8 @@ bool RunCheck(const OmCliOptions&, OmConsoleProgress&) {
 }
 
 bool RunInfo(const OmCliOptions&, OmConsoleProgress&) {
-    OmFlashProgrammer& programmer = OmFlashProgrammer::GetInstance();
     OmFlashReport report;
-    if (!programmer.Prepare(kPrepareFlashCommands) || !programmer.GetFlashInfo(report))
+    if (!RunInfoJob(OmFlashProgrammer::GetInstance(), report))
         return false;
     std::fputs(ToLocal(MakeFlashReportText(report)).c_str(), stdout);
     return true;

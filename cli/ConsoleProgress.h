@@ -19,12 +19,8 @@ class OmConsoleProgress : public OmProgressCallback {
     OmConsoleProgress(const OmConsoleProgress&) = delete;
     OmConsoleProgress& operator=(const OmConsoleProgress&) = delete;
 
-    // A step begins that moves so many bytes in all; 0 if that cannot be told.
-    void Begin(uint64_t bytes);
-
-    // A step begins that goes through so many pieces with no percent of its own: a heading first,
-    // then a message for each piece.
-    void BeginSteps(uint64_t steps);
+    void Begin(uint64_t bytes) override;
+    void BeginSteps(uint64_t steps) override;
 
     // False once the user has pressed Ctrl+C.
     bool OnProgress(int percent, const wchar_t* message) override;

@@ -1,33 +1,26 @@
-// What several commands on the flash have in common.
+// From the options of the command line to the jobs on the flash.
 #pragma once
 
 #include "cli/Options.h"
 #include "data/DataImage.h"
-#include "flash/FlashProgrammer.h"
+#include "jobs/FlashReach.h"
+#include "jobs/PlacedData.h"
 
-// The data file of the options at the place where it is to be in the flash. Reports its own
-// failure.
+class OmConsoleProgress;
+class OmFlashJob;
+
+// The data file of the options, if they name one. Reports its own failure.
 bool LoadActionData(const OmCliOptions& options, OmDataImage& image);
 
-// The part of the flash that --from and --size ask for, the whole by default; false with a message
-// if the flash does not reach so far. Needs a Prepare that has succeeded.
-bool GetFlashRange(const OmCliOptions& options, OmAddressRange& range);
+// `image` at the place that --offset asks for.
+OmDataChoice PlaceActionData(const OmCliOptions& options, const OmDataImage& image);
 
-// False with a message if the data reaches beyond the flash: its upper address bits would fall away
-// and it would land somewhere else.
-bool CheckDataFits(const OmDataImage& image);
+// The part of the flash that --from and --size ask for, the whole by default.
+OmFlashPart GetFlashPart(const OmCliOptions& options);
 
-// --- sectors, after a Prepare with the sector map
+// Indexes of the sectors that the options name by number or by --from and --size, once the sectors
+// are known. False with a message.
+bool SelectSectors(const OmCliOptions& options, OmSectorRange& indexes);
 
-// Sectors are unknown, and there is no command that erases the whole chip.
-bool IsEraseImpossible();
-
-// Says why IsEraseImpossible; answers false.
-bool FailEraseImpossible();
-
-// Chip offsets of the sectors that the options name by number or by --from and --size. False with a
-// message.
-bool SelectSectors(const OmCliOptions& options, OmSectorRange& chipOffsets);
-
-// Chip offsets of the sectors that `image` touches.
-OmSectorRange GetSectorsForData(const OmDataImage& image);
+// Checks the options of an open job, runs it and tells its success.
+bool RunJob(OmFlashJob& job, OmConsoleProgress& progress);

@@ -1,7 +1,7 @@
 // Numbers as they are typed on a command line.
 #pragma once
 
-#include "setup/SectorLayout.h"
+#include "jobs/SectorChoice.h"
 
 #include <cstdint>
 #include <optional>
@@ -19,11 +19,4 @@ std::optional<uint32_t> ParseSize(std::string_view text);
 std::optional<int32_t> ParseFrequency(std::string_view text);
 
 // Sector numbers from 0, single and as runs: "0-3,7". Both ends of a run are included.
-struct OmSectorRun {
-    uint32_t first = 0;
-    uint32_t last = 0;
-
-    bool operator==(const OmSectorRun&) const = default;
-};
-
 std::optional<std::vector<OmSectorRun>> ParseSectorList(std::string_view text);

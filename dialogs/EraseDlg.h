@@ -1,7 +1,7 @@
 // Asks what to erase: the whole flash, the sectors that the data needs, or selected ones.
 #pragma once
 
-#include "setup/SectorLayout.h"
+#include "jobs/ErasePlan.h"
 
 #include <cstdint>
 #include <string>
@@ -12,12 +12,6 @@ class wxButton;
 class wxRadioButton;
 class wxSizer;
 class wxTextCtrl;
-
-enum class OmEraseMode {
-    EntireFlash = 0,
-    SectorsForData = 1,
-    SelectedSectors = 2,
-};
 
 class OmEraseDlg : public wxDialog {
   public:

@@ -13,15 +13,6 @@ constexpr unsigned kEraseTextWidth = 60;
 
 } // namespace
 
-wxString EraseDisabledWarning() {
-    return _("Erase operation is disabled because:\n"
-             "1) Sectors configuration is unknown and so erasure of individual sectors is not "
-             "possible\n"
-             "2) This chip does not support the 'full chip erase' command.\n\n"
-             "To enable erase operation, please enter the sectors configuration using Setup "
-             "dialog.");
-}
-
 OmProgramDlg::OmProgramDlg(wxWindow* parent) : wxDialog(parent, wxID_ANY, _("Program")) {
     auto* column = new wxBoxSizer(wxVERTICAL);
     const auto [box, rows] = AddGroup(this, column, _("Programming options"));
@@ -68,7 +59,7 @@ void OmProgramDlg::UpdateErase() {
 void OmProgramDlg::OnEraseChecked() {
     if (eraseDisabled && eraseCheck_->GetValue()) {
         eraseCheck_->SetValue(false);
-        ShowMessage(EraseDisabledWarning().ToStdWstring(), kWarningBox);
+        ShowMessage(DescribeEraseImpossible(), kWarningBox);
         return;
     }
     UpdateErase();

@@ -8,9 +8,6 @@
 
 class wxCheckBox;
 
-// Why nothing can be erased; said by every way that leads to an erase.
-wxString EraseDisabledWarning();
-
 class OmProgramDlg : public wxDialog {
   public:
     explicit OmProgramDlg(wxWindow* parent);

@@ -11,6 +11,13 @@ class OmProgressCallback {
     // shown text alone. True means go on, false that the user has asked to stop.
     virtual bool OnProgress(int percent, const wchar_t* message) = 0;
 
+    // The next reports are about one step of an action that moves so many bytes in all, 0 if that
+    // cannot be told; or that goes through so many pieces, with a heading first and then a message
+    // for each. For whoever shows a rate or the time left.
+    virtual void Begin(uint64_t /*bytes*/) {}
+
+    virtual void BeginSteps(uint64_t /*pieces*/) {}
+
     // The whole operation is over: hide whatever shows progress.
     virtual void OnFinish() = 0;
 };

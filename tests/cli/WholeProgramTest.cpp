@@ -135,7 +135,9 @@ TEST_F(WholeProgram, FailuresAreOneAndTold) {
         {"verify " + setup_ + " missing.bin",
          "Failed to load data file 'missing.bin'.\nError opening file."},
         {"verify " + setup_ + " data.bin", "Data verification failed at offset 00000h."},
-        {"program " + setup_ + " data.bin -o 7FFFF0", "The data reaches up to offset 800053h"},
+        {"program " + setup_ + " data.bin -o 7FFFF0",
+         "The data reach past the end of the flash: the last byte is at offset 800053h, the flash "
+         "ends at 7FFFFFh."},
         {"read " + setup_ + " out.bin --from 800000", "there is nothing at offset 800000h"},
         {"read " + setup_ + " out.bin --from 7FFFFF --size 2",
          "there is nothing at offset 800000h"},
