@@ -64,9 +64,7 @@ vb::BoardBuilder BoardOf(const Chip& chip, const char* leastPercent, uint32_t se
     builder.Flash(chip.model).Chips(chip.chips).Set("locks", "none");
     builder.Set("word-us", chip.microseconds).Set("buffer-us", chip.microseconds);
     builder.Set("least-percent", leastPercent).Set("seed", std::to_string(seed));
-    if (chip.way == Way::Words || chip.way == Way::Bypass || chip.way == Way::Buffers)
-        builder.Set("suspend", "all");
-    return builder;
+    return builder.Set("suspend", "all");
 }
 
 OmFlashResult Program(BoardBench& bench, Way way, const OmDataImage& image, int& wait) {
@@ -191,9 +189,58 @@ TEST_P(UnkindFlash, EveryWordArrivesWhateverTheDataAndTheTimes) {
             SCOPED_TRACE(testing::Message()
                          << image.name << ", from " << leastPercent << " %, seed " << seed);
             std::mt19937 random(seed);
-            ExpectAllArrived(GetParam(), image.make(random, 0x300), leastPercent, seed);
+            ExpectAllArrived(GetParam(), image.make(random, 0x200), leastPercent, seed);
         }
     }
+}
+
+// What the search adds to the scans that all items cost at the wait that was found.
+TEST_P(UnkindFlash, SearchCostsLessThanAHundredthOf64KiB) {
+    const Chip& chip = GetParam();
+    constexpr size_t kSearched = 0x1000; // the search is over long before
+    std::mt19937 random(1);
+    const std::vector<uint8_t> image = Noise(random, kSearched);
+    BoardBench bench(BoardOf(chip, "100", 1), chip.frequency);
+    const auto scansOf = [&](const std::vector<uint8_t>& bytes, uint32_t start, int& wait) {
+        OmDataImage part;
+        part.SetBytes(start, bytes);
+        const uint64_t before = bench.board.DataScans();
+        EXPECT_EQ(Program(bench, chip.way, part, wait), OmFlashResult::Done);
+        return bench.board.DataScans() - before;
+    };
+    int wait = 0;
+    const uint64_t searched = scansOf(image, kStart, wait);
+    const uint64_t known = scansOf(image, kStart + kSearched, wait);
+    RecordProperty("search", static_cast<int>(searched - known));
+    RecordProperty("whole", static_cast<int>(known * 16));
+    EXPECT_LE((searched - known) * 100, known * (0x10000 / kSearched));
+}
+
+// Of the buffer or word with the bad bit, not of what follows.
+TEST_P(UnkindFlash, BadBitCostsLessThanTwentyLongestWaits) {
+    const Chip& chip = GetParam();
+    std::mt19937 random(1);
+    std::vector<uint8_t> image = Noise(random, 0x1000);
+    std::fill_n(image.begin() + 0x800, 4, uint8_t{0});
+    const auto scansOf = [&](bool isBad) {
+        BoardBench bench(BoardOf(chip, "100", 1), chip.frequency);
+        const uint32_t word = (kStart + 0x800) / bench.bus.BusWordBytes();
+        if (isBad)
+            bench.Chip().Faults().stuckHigh[word] = 8;
+        OmDataImage part;
+        part.SetBytes(kStart, image);
+        int wait = 0;
+        EXPECT_EQ(Program(bench, chip.way, part, wait), OmFlashResult::Done);
+        const std::vector<uint8_t> contents = bench.Contents(kStart, image.size());
+        // An Intel chip ends a buffer at the word that fails.
+        const ptrdiff_t bad = isBad ? bench.built.flash.bufferBytes * chip.chips + 4 : 0;
+        EXPECT_EQ(contents[0x800], isBad ? 8 : 0);
+        EXPECT_TRUE(std::equal(image.begin(), image.begin() + 0x800, contents.begin()));
+        EXPECT_TRUE(
+            std::equal(image.begin() + 0x800 + bad, image.end(), contents.begin() + 0x800 + bad));
+        return static_cast<double>(bench.board.DataScans()) / bench.bus.MaxWaitScans();
+    };
+    EXPECT_LE(scansOf(true) - scansOf(false), 20);
 }
 
 INSTANTIATE_TEST_SUITE_P(Chips, UnkindFlash, testing::ValuesIn(kChips),
