@@ -63,6 +63,8 @@ OmFlashResult OmStatusProgrammer::Program(OmWordSource& source) {
         if (result_ == OmFlashResult::Done && !source.Report(callback_))
             result_ = OmFlashResult::Stopped;
     }
+    if (state_ == State::Recovering)
+        Recover(); // the end must not find a flash that is suspended or takes no commands
     return result_;
 }
 
@@ -220,6 +222,7 @@ void OmStatusProgrammer::Learn(const Trial& trial) {
 void OmStatusProgrammer::Reject(OmItemState state) {
     notTaken_ = state == OmItemState::NotTaken ? notTaken_ + 1 : kMaxNotTaken;
     const bool isHopeless = hasRecovered_ && notTaken_ >= kMaxNotTaken;
+    toRecover_ = pending_.front();
     state_ = isHopeless ? State::GivingUp : State::Recovering;
 }
 
@@ -264,18 +267,19 @@ void OmStatusProgrammer::Settle(size_t sent) {
         state = JudgeCapture(pending_[done], done);
         done += state == OmItemState::Done ? 1 : 0;
     }
+    DropFirst(done);
     if (state == OmItemState::Forbidden)
         result_ = OmFlashResult::FlashError;
-    DropFirst(done);
-    if (done == sent)
+    if (done == sent || state == OmItemState::Forbidden)
         return;
     failedInBatch_ = true;
+    toRecover_ = pending_.front();
     state_ = State::Recovering;
 }
 
 void OmStatusProgrammer::Recover() {
     batch_.AppendIdle(tuner_.Longest());
-    commands_.Resume(batch_, pending_.front());
+    commands_.Resume(batch_, toRecover_);
     batch_.AppendIdle(tuner_.Longest());
     commands_.Renew(batch_);
     batch_.Run();

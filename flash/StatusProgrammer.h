@@ -100,6 +100,7 @@ class OmStatusProgrammer {
     OmWaitTuner tuner_;
     State state_ = State::Trial;
     std::vector<OmProgramBlock> pending_; // drawn and not done
+    OmProgramBlock toRecover_;            // the last that was not done
     OmCapturedList captured_;
     OmFlashResult result_ = OmFlashResult::Done;
     int items_ = 0; // of a batch

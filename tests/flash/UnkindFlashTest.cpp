@@ -243,5 +243,20 @@ TEST_P(UnkindFlash, BadBitCostsLessThanTwentyLongestWaits) {
     EXPECT_LE(scansOf(true) - scansOf(false), 20);
 }
 
+// F0h ends no bypass mode, and a chip that has given up does not hear what does.
+TEST(UnkindFlashEnd, ChipThatGivesUpTheLastWordIsNotLeftInBypassMode) {
+    const Chip bypass = {"", "amd16-64m", Way::Bypass, "60"};
+    BoardBench bench(BoardOf(bypass, "100", 1), bypass.frequency);
+    bench.Chip().Faults().stuckHigh[kStart / 2 + 1] = 8;
+    OmDataImage image;
+    image.SetBytes(kStart, std::vector<uint8_t>{0x11, 0x11, 0x00, 0x00});
+    int wait = 0;
+    EXPECT_EQ(Program(bench, Way::Bypass, image, wait), OmFlashResult::Done);
+    OmDataImage next;
+    next.SetBytes(kStart + 4, std::vector<uint8_t>{0x22, 0x33});
+    EXPECT_EQ(Program(bench, Way::Words, next, wait), OmFlashResult::Done);
+    EXPECT_EQ(bench.Contents(kStart, 6), (std::vector<uint8_t>{0x11, 0x11, 8, 0, 0x22, 0x33}));
+}
+
 INSTANTIATE_TEST_SUITE_P(Chips, UnkindFlash, testing::ValuesIn(kChips),
                          [](const auto& row) { return std::string(row.param.name); });
