@@ -1,6 +1,7 @@
 #include "bsdl/Idcode.h"
 
 #include "bsdl/ManufacturerTable.h"
+#include "jtag/IdcodeLayout.h"
 #include "platform/Translation.h"
 
 #include <cstdio>
@@ -9,7 +10,6 @@
 
 namespace {
 
-constexpr size_t kIdcodeLength = 32;
 constexpr size_t kMaxCacheSize = 1000;
 
 // Fields of an IDCODE: IEEE 1149.1, 12.1.1.
@@ -77,7 +77,7 @@ bool Lookup(NameCache& cache, const std::string& key, std::wstring& name) {
 
 OmIdcodeFields DecodeIdcode(const OmBitVector& idcode) {
     OmIdcodeFields fields;
-    if (idcode.size() != kIdcodeLength)
+    if (idcode.size() != kIdcodeBits)
         return fields;
     fields.whole = BinaryText(idcode);
     fields.hexadecimal = HexadecimalText(idcode);
@@ -96,7 +96,7 @@ void SetManufacturerTablePath(const std::string& path) {
 }
 
 bool LookupManufacturer(const OmBitVector& idcode, std::wstring& name) {
-    if (idcode.size() != kIdcodeLength)
+    if (idcode.size() != kIdcodeBits)
         return false;
     return Lookup(idcodeCache, BitsToText(Cut(idcode, kManufacturer), OmBitOrder::LowestFirst),
                   name);

@@ -8,6 +8,7 @@
 
 struct OmIdcodeMatch {
     std::string pattern; // empty if none fits
+    bool whole = false;  // it fits in every bit, and not but for the version
     int badPatterns = 0; // looked at and not 32 characters long
 };
 

@@ -2,18 +2,13 @@
 
 #include "bsdl/BsdlData.h"
 #include "bsdl/BsdlParser.h"
+#include "jtag/IdcodeLayout.h"
 #include "platform/Text.h"
 #include "platform/TextEditor.h"
 #include "platform/UserInterface.h"
 #include "widgets/ErrorMessageDlg.h"
 
 #include <wx/intl.h>
-
-namespace {
-
-constexpr size_t kIdcodeBits = 32;
-
-} // namespace
 
 bool ParseOrShowErrors(wxWindow* parent, const wxString& path, OmBsdlData& data) {
     OmBsdlParserCallbackImpl callback;

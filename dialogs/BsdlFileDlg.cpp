@@ -1,6 +1,7 @@
 #include "dialogs/BsdlFileDlg.h"
 
 #include "dialogs/BsdlSearchDlg.h"
+#include "jtag/IdcodeLayout.h"
 #include "platform/Text.h"
 #include "widgets/FileChooser.h"
 #include "widgets/Help.h"
@@ -20,7 +21,6 @@ constexpr char kFoldersKey[] = "BsdlDirs";
 constexpr char kFoldersSeparator[] = ";";
 constexpr unsigned kListColumns = 50;
 constexpr unsigned kListRows = 7;
-constexpr size_t kIdcodeBits = 32;
 
 void Tell(const wxString& text, OmMessageStyle style) {
     ShowMessage(text.ToStdWstring(), style);

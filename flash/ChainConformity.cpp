@@ -1,5 +1,7 @@
 #include "flash/ChainConformity.h"
 
+#include "bsdl/IdcodePattern.h"
+#include "jtag/IdcodeLayout.h"
 #include "platform/Translation.h"
 #include "setup/DesignSetup.h"
 
@@ -8,18 +10,6 @@
 namespace {
 
 constexpr int kMinIrLength = 2; // IEEE 1149.1, clause 7.1.1
-constexpr size_t kIdcodeBits = 32;
-constexpr size_t kFirstVersionBit = 28; // IEEE 1149.1, clause 12.1.1
-
-// Index of the lowest bit that the pattern does not allow, or the number of bits.
-size_t FindDifference(const std::string& pattern, const OmBitVector& idcode) {
-    for (size_t i = 0; i < kIdcodeBits; ++i) {
-        const char wanted = pattern[kIdcodeBits - 1 - i];
-        if ((wanted == '1' && idcode[i] != 1) || (wanted == '0' && idcode[i] != 0))
-            return i;
-    }
-    return kIdcodeBits;
-}
 
 // -1 if every length is known.
 int FindUnknownIrLength(const OmDesignSetup& setup) {
@@ -74,16 +64,9 @@ bool IdcodeMatches(const OmBitVector& detected, const OmBsdlData& bsdl, bool& ve
         return bsdl.GetIdcodes().empty();
     if (detected.size() != kIdcodeBits)
         return false;
-    for (const std::string& pattern : bsdl.GetIdcodes()) {
-        if (pattern.size() != kIdcodeBits)
-            continue;
-        const size_t difference = FindDifference(pattern, detected);
-        if (difference == kIdcodeBits)
-            return true;
-        if (difference >= kFirstVersionBit)
-            versionOnly = true;
-    }
-    return false;
+    const OmIdcodeMatch match = MatchIdcode(detected, bsdl.GetIdcodes());
+    versionOnly = !match.whole && !match.pattern.empty();
+    return match.whole;
 }
 
 bool CheckDeviceCount(const OmDesignSetup& setup, const OmDetectedChain& chain,

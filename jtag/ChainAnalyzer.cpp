@@ -1,5 +1,6 @@
 #include "jtag/ChainAnalyzer.h"
 
+#include "jtag/IdcodeLayout.h"
 #include "jtag/Log.h"
 
 #include <algorithm>
@@ -16,7 +17,6 @@ constexpr size_t kFirstIrFillerLength = 64;
 constexpr uint64_t kMaxChainIrBits = 1 << 20;
 
 constexpr size_t kFlatLineBits = 500;
-constexpr size_t kIdcodeBits = 32;
 
 OmBitVector WithFiller(const OmBitVector& marker, size_t length, uint8_t value) {
     OmBitVector bits = marker;
