@@ -60,6 +60,10 @@ inline Result Close(uintptr_t, int32_t*) {
     return 1;
 }
 
+inline Result Disable(uintptr_t, int32_t*, uint32_t*) {
+    return 1;
+}
+
 inline Result PutPairs(uintptr_t, int pairs, uint8_t* bytes, int getTdo, uint8_t* tdo, int32_t*,
                        void*) {
     benchmark::DoNotOptimize(bytes);
@@ -97,7 +101,7 @@ class Library : public OmSharedLibrary {
             {"DpcOpenJtag", Address(OpenDigilent)},
             {"DpcCloseJtag", Address(Close)},
             {"DpcEnableJtag", Address(Enable)},
-            {"DpcDisableJtag", Address(Close)},
+            {"DpcDisableJtag", Address(Disable)},
             {"DpcPutTdiBits", Address(DoNothing)}, // never called
             {"DpcPutTmsTdiBits", Address(PutPairs)},
         };

@@ -75,7 +75,9 @@ struct Exported {
         return SucceedsOn(handle, error);
     }
 
-    static Result DisableJtag(Handle handle, ErrorCode* error) { return SucceedsOn(handle, error); }
+    static Result DisableJtag(Handle handle, ErrorCode* error, uint32_t*) {
+        return SucceedsOn(handle, error);
+    }
 
     static Result PutTdiBits(Handle handle, int bits, uint8_t*, int, int getTdo, uint8_t* tdo,
                              ErrorCode* error, void*) {

@@ -26,6 +26,12 @@ constexpr unsigned kSettleMilliseconds = 32;
 constexpr int kMaxReads = 31;
 constexpr unsigned kReadRetryMilliseconds = 10;
 
+// Time-outs of the library: of one read, so that 31 of them and the pauses stay below 3 s; of a
+// write, beside twice the time that the device needs for it.
+constexpr uint32_t kReadMilliseconds = 50;
+constexpr uint32_t kWriteMilliseconds = 2500;
+constexpr uint64_t kLongestTimeout = 0x7FFFFFFF;
+
 bool ReadDetail(const OmD2xxFunctions& functions, uint32_t index, OmD2xxDevice& device) {
     std::array<char, 256> serial{}; // the library writes at most 16 and 64
     std::array<char, 256> description{};
@@ -63,7 +69,10 @@ std::vector<OmEntryPoint> OmD2xx::EntryPoints(std::span<const char* const> names
         MakeEntryPoint("FT_Write", functions.Write),
         MakeEntryPoint("FT_Read", functions.Read),
     };
-    std::vector<OmEntryPoint> rows;
+    std::vector<OmEntryPoint> rows{
+        MakeOptionalEntryPoint("FT_SetVIDPID", functions.SetVIDPID),
+        MakeOptionalEntryPoint("FT_SetTimeouts", functions.SetTimeouts),
+    };
     for (const OmEntryPoint& row : all) {
         if (std::find(names.begin(), names.end(), std::string_view(row.name)) != names.end())
             rows.push_back(row);
@@ -74,14 +83,50 @@ std::vector<OmEntryPoint> OmD2xx::EntryPoints(std::span<const char* const> names
 bool OmD2xx::ListDevices(std::vector<OmD2xxDevice>& devices, uint32_t& total) {
     devices.clear();
     total = 0;
-    if (!library_.IsLoaded() || functions.CreateDeviceInfoList(&total) != 0)
+    if (!library_.IsLoaded() || !ListKnown(devices, total))
         return false;
-    for (uint32_t index = 0; index < std::min(total, kMaxDevices); ++index) {
+    if (functions.SetVIDPID) {
+        for (const OmUsbId identifier : identifiers_)
+            ListOthers(identifier, devices, total);
+    }
+    return true;
+}
+
+// What the library looks for by itself. A device of the other identifiers may be among it, if one
+// was set for an earlier list: its turn comes.
+bool OmD2xx::ListKnown(std::vector<OmD2xxDevice>& devices, uint32_t& total) {
+    if (functions.CreateDeviceInfoList(&total) != 0)
+        return false;
+    const uint32_t listed = std::min(total, kMaxDevices);
+    for (uint32_t index = 0; index < listed; ++index) {
         OmD2xxDevice device;
-        if (ReadDetail(functions, index, device) && !device.description.empty())
+        const bool readable = ReadDetail(functions, index, device);
+        if (readable && functions.SetVIDPID && IsOneOfOthers(device))
+            --total;
+        else if (readable && !device.description.empty())
             devices.push_back(std::move(device));
     }
     return true;
+}
+
+// The library looks for one further identifier at a time.
+void OmD2xx::ListOthers(OmUsbId identifier, std::vector<OmD2xxDevice>& devices, uint32_t& total) {
+    uint32_t listed = 0;
+    if (functions.SetVIDPID(identifier.vendor, identifier.product) != 0 ||
+        functions.CreateDeviceInfoList(&listed) != 0)
+        return;
+    for (uint32_t index = 0; index < std::min(listed, kMaxDevices); ++index) {
+        OmD2xxDevice device;
+        if (!ReadDetail(functions, index, device) || device.id != identifier.AsNumber())
+            continue;
+        ++total;
+        if (!device.description.empty())
+            devices.push_back(std::move(device));
+    }
+}
+
+bool OmD2xx::IsOneOfOthers(const OmD2xxDevice& device) const {
+    return std::ranges::find(identifiers_, device.id, &OmUsbId::AsNumber) != identifiers_.end();
 }
 
 bool OmD2xx::Open(const std::string& description, const std::string& serial,
@@ -91,29 +136,40 @@ bool OmD2xx::Open(const std::string& description, const std::string& serial,
     uint32_t total = 0;
     if (!ListDevices(devices, total))
         return false;
-    const auto descriptionMatches =
-        std::count_if(devices.begin(), devices.end(), [&](const OmD2xxDevice& device) {
-            return device.description == description;
-        });
-    const auto serialMatches =
-        std::count_if(devices.begin(), devices.end(),
-                      [&](const OmD2xxDevice& device) { return device.serial == serial; });
-    if (descriptionMatches > 1 && serialMatches == 1)
-        return OpenBy(serial, kOpenBySerial);
-    if (descriptionMatches > 0)
-        return OpenBy(description, kOpenByDescription);
-    const auto fallback =
-        std::find_if(devices.begin(), devices.end(), [isFallback](const OmD2xxDevice& device) {
-            return (device.flags & kFlagOpened) == 0 && isFallback(device);
-        });
-    return fallback != devices.end() && OpenBy(fallback->description, kOpenByDescription);
+    const auto byDescription = std::ranges::find(devices, description, &OmD2xxDevice::description);
+    const auto bySerial = std::ranges::find(devices, serial, &OmD2xxDevice::serial);
+    if (std::ranges::count(devices, description, &OmD2xxDevice::description) > 1 &&
+        std::ranges::count(devices, serial, &OmD2xxDevice::serial) == 1)
+        return OpenBy(*bySerial, serial, kOpenBySerial);
+    if (byDescription != devices.end())
+        return OpenBy(*byDescription, description, kOpenByDescription);
+    const auto fallback = std::ranges::find_if(devices, [isFallback](const OmD2xxDevice& device) {
+        return (device.flags & kFlagOpened) == 0 && isFallback(device);
+    });
+    return fallback != devices.end() &&
+           OpenBy(*fallback, fallback->description, kOpenByDescription);
 }
 
-bool OmD2xx::OpenBy(const std::string& text, uint32_t flag) {
+bool OmD2xx::OpenBy(const OmD2xxDevice& device, const std::string& text, uint32_t flag) {
+    if (functions.SetVIDPID && IsOneOfOthers(device))
+        functions.SetVIDPID(device.id >> 16, device.id & 0xFFFF); // if it fails, so does FT_OpenEx
     std::string writable = text; // the library's parameter is not const
     if (functions.OpenEx(writable.data(), flag, &handle) != 0)
         handle = nullptr;
+    writeTimeout_ = 0;
+    if (handle)
+        AllowWriteTime(0);
     return handle != nullptr;
+}
+
+// Without time-outs the library does not come back from a transfer that never ends. A read is asked
+// for again as long as there is hope, so its time-out is short.
+void OmD2xx::AllowWriteTime(uint64_t milliseconds) {
+    const uint64_t wanted = kWriteMilliseconds + 2 * milliseconds;
+    if (!functions.SetTimeouts || wanted <= writeTimeout_)
+        return;
+    writeTimeout_ = static_cast<uint32_t>(std::min<uint64_t>(wanted, kLongestTimeout));
+    functions.SetTimeouts(handle, kReadMilliseconds, writeTimeout_);
 }
 
 void OmD2xx::Close() {
@@ -128,7 +184,8 @@ void OmD2xx::CheckConnection() {
         ThrowConnectionError();
 }
 
-void OmD2xx::Write(std::span<const uint8_t> bytes) {
+void OmD2xx::Write(std::span<const uint8_t> bytes, uint64_t ownMilliseconds) {
+    AllowWriteTime(ownMilliseconds);
     uint32_t done = 0;
     auto* data = const_cast<uint8_t*>(bytes.data()); // the library's parameter is not const
     const auto status = functions.Write(handle, data, static_cast<uint32_t>(bytes.size()), &done);
@@ -136,8 +193,9 @@ void OmD2xx::Write(std::span<const uint8_t> bytes) {
         ThrowConnectionError();
 }
 
-void OmD2xx::FtdiRead(std::span<uint8_t> bytes) {
-    for (int reads = 0; !bytes.empty();) {
+void OmD2xx::FtdiRead(std::span<uint8_t> bytes, uint64_t ownMilliseconds) {
+    const uint64_t due = GetClock().Milliseconds() + ownMilliseconds;
+    for (int late = 0; !bytes.empty();) {
         uint32_t done = 0;
         const auto wanted = static_cast<uint32_t>(bytes.size());
         if (functions.Read(handle, bytes.data(), wanted, &done) != 0 || done > wanted)
@@ -145,7 +203,7 @@ void OmD2xx::FtdiRead(std::span<uint8_t> bytes) {
         bytes = bytes.subspan(done);
         if (bytes.empty())
             return;
-        if (++reads == kMaxReads)
+        if (GetClock().Milliseconds() >= due && ++late == kMaxReads)
             ThrowConnectionError();
         GetClock().SleepMilliseconds(kReadRetryMilliseconds);
     }

@@ -3,6 +3,7 @@
 #pragma once
 
 #include "jtag/VendorLibrary.h"
+#include "platform/UsbBus.h"
 
 #include <cstdint>
 #include <span>
@@ -55,6 +56,11 @@ struct OmD2xxFunctions {
     Status(OM_D2XX_CALL* GetQueueStatus)(Handle, uint32_t* waiting) = nullptr;
     Status(OM_D2XX_CALL* Write)(Handle, void* bytes, uint32_t count, uint32_t* done) = nullptr;
     Status(OM_D2XX_CALL* Read)(Handle, void* bytes, uint32_t count, uint32_t* done) = nullptr;
+
+    // Null where the library has none of them: the first exists outside Windows alone.
+    Status(OM_D2XX_CALL* SetVIDPID)(uint32_t vendor, uint32_t product) = nullptr;
+    Status(OM_D2XX_CALL* SetTimeouts)(Handle, uint32_t readMilliseconds,
+                                      uint32_t writeMilliseconds) = nullptr;
 };
 
 class OmD2xx {
@@ -62,14 +68,18 @@ class OmD2xx {
     // Whether a device that is not open may stand in for a stored one that is gone.
     using FallbackRule = bool (*)(const OmD2xxDevice&);
 
-    OmD2xx() = default;
+    // `identifiers` are those of the devices that bear others than FTDI's own: outside Windows the
+    // library looks for them only when told to.
+    explicit OmD2xx(std::span<const OmUsbId> identifiers) : identifiers_(identifiers) {}
+
     ~OmD2xx(); // closes the device, frees the library
     OmD2xx(const OmD2xx&) = delete;
     OmD2xx& operator=(const OmD2xx&) = delete;
 
     OmVendorLibrary& Library() { return library_; }
 
-    // Rows for the exported names that a cable requires ("FT_Open...").
+    // Rows for the exported names that a cable requires ("FT_Open..."), and for those that all use
+    // where they are.
     std::vector<OmEntryPoint> EntryPoints(std::span<const char* const> names);
 
     // The devices with a readable detail and a description. `total` is the count that the library
@@ -81,11 +91,12 @@ class OmD2xx {
     bool Open(const std::string& description, const std::string& serial, FallbackRule isFallback);
     void Close(); // safe when nothing is open
 
-    // All of these throw OmException on any failure, with the device left open.
+    // All of these throw OmException on any failure, with the device left open. `ownMilliseconds`
+    // is the time that the device needs for what is sent or asked for.
     void CheckConnection();
-    void Write(std::span<const uint8_t> bytes);
-    // Waits up to 300 ms in all for missing bytes.
-    void FtdiRead(std::span<uint8_t> bytes);
+    void Write(std::span<const uint8_t> bytes, uint64_t ownMilliseconds = 0);
+    // Waits for missing bytes 300 ms longer than the device needs.
+    void FtdiRead(std::span<uint8_t> bytes, uint64_t ownMilliseconds = 0);
 
     // Ends the set-up of a device: lets it settle, reads what waits in its queue and throws that
     // away. If it does not come, logs that, closes the device and answers false.
@@ -95,8 +106,14 @@ class OmD2xx {
     OmD2xxFunctions::Handle handle = nullptr; // null when closed
 
   private:
-    bool OpenBy(const std::string& text, uint32_t flag);
+    bool ListKnown(std::vector<OmD2xxDevice>& devices, uint32_t& total);
+    void ListOthers(OmUsbId identifier, std::vector<OmD2xxDevice>& devices, uint32_t& total);
+    bool IsOneOfOthers(const OmD2xxDevice& device) const;
+    bool OpenBy(const OmD2xxDevice& device, const std::string& text, uint32_t flag);
+    void AllowWriteTime(uint64_t milliseconds);
     void Drain();
 
+    std::span<const OmUsbId> identifiers_;
     OmVendorLibrary library_;
+    uint32_t writeTimeout_ = 0; // milliseconds
 };

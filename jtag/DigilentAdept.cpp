@@ -18,6 +18,10 @@ constexpr OmLibraryRow kLibrary{
     .loadedAlready = L"OK (already loaded)\n",
     .incomplete = L"** FAILED *** (not all required exported functions were resolved)\n"};
 
+// Objects that use the library. What DpcInit begins and DpcTerm ends belongs to the process: a list
+// of devices that is shown while a cable is open must not end the cable's session.
+int users = 0;
+
 } // namespace
 
 OmDigilentAdept::OmDigilentAdept() {
@@ -27,7 +31,7 @@ OmDigilentAdept::OmDigilentAdept() {
 OmDigilentAdept::~OmDigilentAdept() {
     OmLog(L"Destroying OmDigilentAdept\n");
     Close();
-    if (library_.IsLoaded())
+    if (library_.IsLoaded() && --users == 0)
         functions_.Term();
 }
 
@@ -35,7 +39,8 @@ std::vector<OmEntryPoint> OmDigilentAdept::EntryPoints() {
     return {
         MakeEntryPoint("DpcInit", functions_.Init),
         MakeEntryPoint("DpcTerm", functions_.Term),
-        MakeEntryPoint("DvmgStartConfigureDevices", functions_.StartConfigureDevices),
+        // The vendor declares it for Windows alone.
+        MakeOptionalEntryPoint("DvmgStartConfigureDevices", functions_.StartConfigureDevices),
         MakeEntryPoint("DvmgGetDevCount", functions_.GetDevCount),
         MakeEntryPoint("DvmgGetDevName", functions_.GetDevName),
         MakeEntryPoint("DpcOpenJtag", functions_.OpenJtag),
@@ -48,10 +53,19 @@ std::vector<OmEntryPoint> OmDigilentAdept::EntryPoints() {
 }
 
 bool OmDigilentAdept::Load() {
-    return library_.LoadAndLog(kLibrary, EntryPoints(), [this] {
-        ErrorCode error = 0;
-        return functions_.Init(&error) != 0;
-    });
+    return library_.LoadAndLog(kLibrary, EntryPoints(), [this] { return BeginUse(); });
+}
+
+bool OmDigilentAdept::BeginUse() {
+    ErrorCode error = 0;
+    if (users == 0 && !functions_.Init(&error))
+        return false;
+    ++users;
+    return true;
+}
+
+bool OmDigilentAdept::CanConfigureDevices() const {
+    return functions_.StartConfigureDevices != nullptr;
 }
 
 int32_t OmDigilentAdept::ConfigureDevices(void* parent) {
@@ -104,7 +118,7 @@ void OmDigilentAdept::Close() {
     if (hif_ == 0)
         return;
     ErrorCode error = 0;
-    functions_.DisableJtag(hif_, &error);
+    functions_.DisableJtag(hif_, &error, nullptr);
     functions_.CloseJtag(hif_, &error);
     hif_ = 0;
 }

@@ -18,12 +18,14 @@ class OmDigilentAdept : public OmCable, public OmJtagHAL {
     OmDigilentAdept(const OmDigilentAdept&) = delete;
     OmDigilentAdept& operator=(const OmDigilentAdept&) = delete;
 
-    // Loads the vendor's library and starts its use. Needed before the three operations after it
+    // Loads the vendor's library and starts its use. Needed before the four operations after it
     // only.
     bool Load();
 
-    // Opens the vendor's window for configuring devices over `parent`, a native window handle.
-    // Returns the vendor's error code, 0 for success.
+    // Whether the library has a window for configuring devices.
+    bool CanConfigureDevices() const;
+    // Opens that window over `parent`, a native window handle. Returns the vendor's error code, 0
+    // for success.
     int32_t ConfigureDevices(void* parent);
     // How many devices are configured there; 0 on failure.
     int GetDeviceCount();
@@ -63,7 +65,7 @@ class OmDigilentAdept : public OmCable, public OmJtagHAL {
         Result (*OpenJtag)(Handle*, char* name, ErrorCode*, void*) = nullptr;
         Result (*CloseJtag)(Handle, ErrorCode*) = nullptr;
         Result (*EnableJtag)(Handle, ErrorCode*, void*) = nullptr;
-        Result (*DisableJtag)(Handle, ErrorCode*) = nullptr;
+        Result (*DisableJtag)(Handle, ErrorCode*, uint32_t* transaction) = nullptr;
         Result (*PutTdiBits)(Handle, int bits, uint8_t* tdi, int tms, int getTdo, uint8_t* tdo,
                              ErrorCode*, void*) = nullptr;
         Result (*PutTmsTdiBits)(Handle, int pairs, uint8_t* bytes, int getTdo, uint8_t* tdo,
@@ -71,6 +73,7 @@ class OmDigilentAdept : public OmCable, public OmJtagHAL {
     };
 
     std::vector<OmEntryPoint> EntryPoints();
+    bool BeginUse();
     void Close();
     void PutPairs(const OmTmsTdiPairs& pairs, std::vector<uint8_t>* tdo);
     void ScanBatch(std::span<const OmScanVector> vectors, OmCapturedList* captured);

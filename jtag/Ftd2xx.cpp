@@ -58,6 +58,11 @@ uint8_t HighByte(uint32_t value) {
     return static_cast<uint8_t>(value >> 8);
 }
 
+// By how much the engine's clock is divided so that TCK is never faster than asked for.
+uint32_t DivideUp(uint32_t highest, uint32_t wanted) {
+    return std::clamp<uint32_t>(highest / wanted + (highest % wanted != 0 ? 1 : 0), 1, 0x10000);
+}
+
 // These parts have no MPSSE.
 bool HasMpsse(uint32_t type) {
     return type != kD2xxTypeBm && type != kD2xxTypeAm && type != kD2xxType100Ax &&
@@ -105,7 +110,7 @@ bool FoldOnePair(std::vector<OmFtd2xxRecord>& devices) {
 
 } // namespace
 
-OmFtd2xx::OmFtd2xx() {
+OmFtd2xx::OmFtd2xx() : d2xx_(std::span(kFtd2xxUsbIds).subspan(kFtdiOwnUsbIds)) {
     OmLog(L"Creating OmFtd2xx\n");
 }
 
@@ -133,7 +138,7 @@ bool OmFtd2xx::Initialize(const std::string& description, const std::string& ser
         !d2xx_.DiscardStale())
         return false;
     OmLog(L"Initialization succeeded\n");
-    frequency_ = frequency;
+    frequency_ = frequency; // as applied
     return true;
 }
 
@@ -161,14 +166,13 @@ bool OmFtd2xx::SendSetup(uint32_t& frequency, bool isHighSpeed, bool adaptive, u
     const unsigned dir = ((gpioDir & ~kJtagPins) | kJtagOutputs) & ~rtck;
     const unsigned value = ((gpioValue & ~kJtagPins) | kJtagLevels) & ~rtck;
     const uint32_t highest = isHighSpeed ? kHighSpeedMaxFrequency : kPlainMaxFrequency;
-    if (!isHighSpeed)
-        frequency = std::min(frequency, kPlainMaxFrequency);
-    const uint32_t divisor = std::clamp<uint32_t>(highest / frequency, 1, 0x10000) - 1;
+    const uint32_t divisor = DivideUp(highest, frequency);
+    frequency = highest / divisor;
     std::vector<uint8_t> block{kLoopbackOff, kSetLowPort,     LowByte(value), LowByte(dir),
                                kSetHighPort, HighByte(value), HighByte(dir)};
     if (isHighSpeed)
         block.push_back(kDivideByFiveOff);
-    block.insert(block.end(), {kSetDivisor, LowByte(divisor), HighByte(divisor)});
+    block.insert(block.end(), {kSetDivisor, LowByte(divisor - 1), HighByte(divisor - 1)});
     if (adaptive)
         block.push_back(kAdaptiveClockingOn);
     try {

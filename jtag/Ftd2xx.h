@@ -13,6 +13,31 @@
 
 class OmMpsseProgram;
 
+// USB identifiers of parts with an MPSSE: FTDI's own, ...
+inline constexpr size_t kFtdiOwnUsbIds = 3;
+inline constexpr OmUsbId kFtd2xxUsbIds[] = {
+    {0x0403, 0x6010}, // FT2232C, FT2232H
+    {0x0403, 0x6011}, // FT4232H
+    {0x0403, 0x6014}, // FT232H
+    // ... and those of devices that are sold under identifiers of their own.
+    {0x0403, 0x8A98}, // TIAO USB Multi-Protocol Adapter
+    {0x0403, 0x8A99}, // the same, Lite
+    {0x0403, 0xA6D0}, // Texas Instruments XDS100v2
+    {0x0403, 0xBCA0}, // Xverve Signalyzer Tool
+    {0x0403, 0xBCA1}, // Xverve Signalyzer Lite
+    {0x0403, 0xBCD9}, // Luminary evaluation boards
+    {0x0403, 0xBCDA}, // Luminary In-Circuit Debug Interface
+    {0x0403, 0xBDC8}, // egnite Turtelizer 2
+    {0x0403, 0xC140}, // Section5 ICEbear
+    {0x0403, 0xC141}, // Section5 ICEbear Plus
+    {0x0403, 0xCFF8}, // Amontec JTAGkey and JTAGkey-tiny
+    {0x0FBB, 0x1000}, // Amontec JTAGkey-HiSpeed
+    {0x15BA, 0x0003}, // Olimex ARM-USB-OCD
+    {0x15BA, 0x0004}, // Olimex ARM-USB-TINY
+    {0x15BA, 0x002A}, // Olimex ARM-USB-TINY-H
+    {0x15BA, 0x002B}, // Olimex ARM-USB-OCD-H
+};
+
 // A device as the user picks it from a list.
 struct OmFtd2xxRecord {
     std::string description;
@@ -64,6 +89,9 @@ class OmFtd2xx : public OmCable, public OmJtagHAL {
     void Scan(OmMpsseProgram& program, OmScanRegister which, const OmBitVector& in,
               OmBitVector& out, int from, int to);
     void ScanRun(std::span<const OmScanVector> run, const Layout& layout, OmCapturedList* captured);
+
+    // How long the engine takes for a program, at most.
+    uint64_t MillisecondsOf(const OmMpsseProgram& program) const;
 
     OmD2xx d2xx_;
     uint32_t frequency_ = 0; // Hz, as applied

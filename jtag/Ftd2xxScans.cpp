@@ -74,6 +74,11 @@ struct OmFtd2xx::Layout {
     size_t perVector; // program bytes
 };
 
+// No command clocks more than eight times for each of its bytes.
+uint64_t OmFtd2xx::MillisecondsOf(const OmMpsseProgram& program) const {
+    return program.Bytes().size() * 8 * 1000 / frequency_;
+}
+
 void OmFtd2xx::ResetTap() {
     drProgram.Clear();
     drProgram.ClockTms(kTapResetPath, true);
@@ -101,10 +106,11 @@ void OmFtd2xx::Scan(OmMpsseProgram& program, OmScanRegister which, const OmBitVe
     program.ShiftLastBit(in.back(), true);
     program.ClockTms(GetPathFromExit1(to), false);
     program.SendImmediate();
-    d2xx_.Write(program.Bytes());
+    const uint64_t milliseconds = MillisecondsOf(program);
+    d2xx_.Write(program.Bytes(), milliseconds);
 
     const auto answer = program.Answer(PackedSize(body.size()) + 1);
-    d2xx_.FtdiRead(answer);
+    d2xx_.FtdiRead(answer, milliseconds);
     out.resize(in.size());
     const auto captured = std::span(out).first(body.size());
     for (size_t i = 0; i < captured.size(); i += 8)
@@ -142,11 +148,12 @@ void OmFtd2xx::ScanRun(std::span<const OmScanVector> run, const Layout& layout,
     }
     if (readBytes)
         program.SendImmediate();
-    d2xx_.Write(program.Bytes());
+    const uint64_t milliseconds = MillisecondsOf(program);
+    d2xx_.Write(program.Bytes(), milliseconds);
     if (!readBytes)
         return;
     const auto answer = program.Answer(readBytes);
-    d2xx_.FtdiRead(answer);
+    d2xx_.FtdiRead(answer, milliseconds);
     const size_t bits = run.front().bits.size();
     for (size_t at = 0; at < readBytes; at += layout.readBytes)
         layout.Decode(&answer[at], captured->emplace_back(bits));

@@ -92,6 +92,7 @@ bool OmJLink::Load() {
         MakeEntryPoint("JLINKARM_SetSpeed", functions_.SetSpeed),
         MakeEntryPoint("JLINKARM_JTAG_StoreGetRaw", functions_.StoreGetRaw),
         MakeEntryPoint("JLINKARM_JTAG_StoreRaw", functions_.StoreRaw),
+        MakeOptionalEntryPoint("JLINKARM_JTAG_SyncBits", functions_.SyncBits),
     };
     return library_.LoadAndLog(kLibrary, table);
 }
@@ -139,13 +140,22 @@ void OmJLink::ClearPendingError() {
 void OmJLink::Exchange(const uint8_t* tdi, uint8_t* tdo, const uint8_t* tms, size_t bits) {
     errorFlag = false;
     functions_.StoreGetRaw(tdi, tdo, tms, LibraryCount(bits));
+    Sync();
     ThrowReportedError();
 }
 
 void OmJLink::Send(const uint8_t* tdi, const uint8_t* tms, size_t bits) {
     errorFlag = false;
     functions_.StoreRaw(tdi, tms, LibraryCount(bits));
+    Sync();
     ThrowReportedError();
+}
+
+// The library keeps what it is given until something asks for it. Errors belong to the action that
+// caused them, and a flash that was told to erase has to begin now.
+void OmJLink::Sync() {
+    if (functions_.SyncBits && !errorFlag)
+        functions_.SyncBits();
 }
 
 void OmJLink::ResetTap() {

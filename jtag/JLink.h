@@ -58,12 +58,14 @@ class OmJLink : public OmCable, public OmJtagHAL {
         void (*StoreGetRaw)(const uint8_t* tdi, uint8_t* tdo, const uint8_t* tms,
                             uint32_t bits) = nullptr;
         void (*StoreRaw)(const uint8_t* tdi, const uint8_t* tms, uint32_t bits) = nullptr;
+        void (*SyncBits)() = nullptr; // not in every version
     };
 
     bool Select(int usbNumber, const std::string& host, int port);
     void Close();
     void ClearPendingError();
     void Exchange(const uint8_t* tdi, uint8_t* tdo, const uint8_t* tms, size_t bits);
+    void Sync();
     void Send(const uint8_t* tdi, const uint8_t* tms, size_t bits);
     void Scan(Arrays& arrays, OmScanRegister which, const OmBitVector& in, OmBitVector& out,
               int from, int to);

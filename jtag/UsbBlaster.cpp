@@ -47,12 +47,12 @@ OmUsbBlasterProgram drProgram;
 OmUsbBlasterProgram irProgram;
 
 bool IsUsbBlaster(const OmD2xxDevice& device) {
-    return device.id >> 16 == 0x09FB; // Altera's USB vendor number
+    return device.id >> 16 == kAlteraUsbVendor;
 }
 
 } // namespace
 
-OmUsbBlaster::OmUsbBlaster() {
+OmUsbBlaster::OmUsbBlaster() : d2xx_(kUsbBlasterUsbIds) {
     OmLog(L"Creating OmUsbBlaster\n");
 }
 

@@ -12,6 +12,12 @@
 
 class OmUsbBlasterProgram;
 
+inline constexpr uint16_t kAlteraUsbVendor = 0x09FB;
+
+// The cable, and boards that have it built in.
+inline constexpr OmUsbId kUsbBlasterUsbIds[] = {
+    {kAlteraUsbVendor, 0x6001}, {kAlteraUsbVendor, 0x6002}, {kAlteraUsbVendor, 0x6003}};
+
 // A device as the user picks it from a list.
 struct OmUsbBlasterRecord {
     std::string description;

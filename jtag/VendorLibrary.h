@@ -14,6 +14,12 @@ OmEntryPoint MakeEntryPoint(const char* name, Function*& function) {
     return {name, reinterpret_cast<void**>(&function)};
 }
 
+// The same for one that only some versions or hosts have.
+template <typename Function>
+OmEntryPoint MakeOptionalEntryPoint(const char* name, Function*& function) {
+    return {name, reinterpret_cast<void**>(&function), false};
+}
+
 // How a cable finds its library and what it says on the way.
 struct OmLibraryRow {
     std::span<const char* const> names; // tried in this order

@@ -11,10 +11,12 @@
 class OmClock;
 class OmLibraryLoader;
 class OmPortDriverOpener;
+class OmUsbBus;
 
 OmClock& GetHostClock();
 OmLibraryLoader& GetHostLibraryLoader();
 OmPortDriverOpener& GetHostPortDriverOpener();
+OmUsbBus& GetHostUsbBus();
 
 // Full path of the running program's file; empty if the system cannot tell.
 std::wstring GetHostProgramPath();

@@ -4,6 +4,7 @@
 
 #include <memory>
 #include <span>
+#include <string>
 
 // A loaded library; destroying it frees the library, after which none of its functions may be
 // called.
@@ -30,11 +31,22 @@ OmLibraryLoader& GetLibraryLoader();
 // for the host's.
 OmLibraryLoader* SetLibraryLoader(OmLibraryLoader* loader);
 
+// The environment variable in which the user may name a library's file: VELFLASH_FTD2XX for
+// "ftd2xx.dll".
+std::string GetLibraryVariable(const char* windowsName);
+
+// What that variable holds, empty for nothing. If there is something, nothing else is tried.
+std::string GetLibraryOverride(const char* windowsName);
+
+// The library's name on this host.
+std::string GetHostLibraryName(const char* windowsName);
+
 // One row of a vendor's table of entry points: the exported name and where its address goes.
 struct OmEntryPoint {
     const char* name;
     void** address;
+    bool required = true; // if not, the address stays null where the library lacks it
 };
 
-// Resolves every row; false if any is missing, and then all addresses are null.
+// Resolves every row; false if any required one is missing, and then all addresses are null.
 bool ResolveEntryPoints(OmSharedLibrary& library, std::span<const OmEntryPoint> table);

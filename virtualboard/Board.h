@@ -24,6 +24,8 @@ struct Traffic {
     uint64_t readCalls = 0;
     uint64_t bytesWritten = 0;
     uint64_t bytesRead = 0;
+    uint64_t endlessReads =
+        0; // that would have waited for ever: bytes missing, and no time-out set
     uint64_t latencyWaits = 0; // reads that had to wait for the latency timer: nothing was flushed
     uint64_t badCommands = 0;
 };

@@ -184,6 +184,8 @@ class Reader {
             entry.onThisBoard = YesOrNo(option.value);
         else if (option.key == "rtck")
             entry.returnClock = YesOrNo(option.value);
+        else if (option.key == "usb-id")
+            entry.usbId = static_cast<uint32_t>(ParseNumber(option.value));
         else if (option.key == "needs-low")
             entry.needsLow = static_cast<uint16_t>(ParseNumber(option.value));
         else if (option.key == "needs-high")

@@ -16,6 +16,7 @@ struct PodEntry {
     std::string serial = "VELDEMO1A";
     bool open = false;       // held by another program
     bool onThisBoard = true; // false: a pod with nothing connected
+    uint32_t usbId = 0;      // vendor above, product below; 0 for the usual one of its type
     bool returnClock = true; // RTCK follows TCK, for adaptive clocking
     // Port pins that must be driven so to open the pod's buffers: low byte for the low port, high
     // byte for the high one.

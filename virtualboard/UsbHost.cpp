@@ -14,6 +14,9 @@ namespace {
 constexpr uint8_t kBitModeMpsse = 2;
 
 constexpr uint32_t kFtdiDualPort = 0x04036010;
+
+// The identifiers that the library knows by itself (D2XX programmer's guide, FT_SetVIDPID).
+constexpr uint32_t kLibraryIds[] = {0x04036001, 0x04036010, 0x04036011, 0x04036014, 0x04036015};
 constexpr uint32_t kUsbBlaster = 0x09FB6001;
 
 // Shorter pauses between two calls are the program's work, longer ones its sleeps.
@@ -25,7 +28,7 @@ constexpr std::chrono::milliseconds kLeastSleep(8);
 UsbHost::UsbHost(Board& board) : board_(board) {
     for (const PodEntry& entry : board.Pods().entries)
         if (entry.type != PodType::JLink && entry.type != PodType::Digilent)
-            devices_.push_back({entry, false, false, nullptr});
+            devices_.push_back({entry, false, false, 0, nullptr});
 }
 
 uint32_t UsbHost::TypeOf(const UsbDevice& device) {
@@ -42,7 +45,21 @@ uint32_t UsbHost::TypeOf(const UsbDevice& device) {
 }
 
 uint32_t UsbHost::IdOf(const UsbDevice& device) {
+    if (device.entry.usbId != 0)
+        return device.entry.usbId;
     return device.entry.type == PodType::UsbBlaster ? kUsbBlaster : kFtdiDualPort;
+}
+
+std::vector<UsbDevice*> UsbHost::Listed() {
+    std::vector<UsbDevice*> listed;
+    if (unplugged_)
+        return listed;
+    for (UsbDevice& device : devices_) {
+        const uint32_t id = IdOf(device);
+        if (id == customId_ || std::ranges::find(kLibraryIds, id) != std::end(kLibraryIds))
+            listed.push_back(&device);
+    }
+    return listed;
 }
 
 uint32_t UsbHost::BeginCall(const char* function) {
@@ -80,17 +97,18 @@ std::unique_ptr<PodEngine> UsbHost::MakeEngine(const PodEntry& entry) {
 }
 
 uint32_t UsbHost::Open(OpenBy by, const std::string& text, UsbDevice*& device) {
-    for (UsbDevice& candidate : devices_) {
+    for (UsbDevice* candidate : Listed()) {
         const std::string& name =
-            by == OpenBy::Serial ? candidate.entry.serial : candidate.entry.description;
-        if (unplugged_ || name != text)
+            by == OpenBy::Serial ? candidate->entry.serial : candidate->entry.description;
+        if (name != text)
             continue;
-        if (candidate.open || candidate.entry.open)
+        if (candidate->open || candidate->entry.open)
             return kUsbDeviceNotOpened;
-        candidate.open = true;
-        candidate.mpsseMode = false;
-        candidate.engine = MakeEngine(candidate.entry);
-        device = &candidate;
+        candidate->open = true;
+        candidate->mpsseMode = false;
+        candidate->readTimeout = 0;
+        candidate->engine = MakeEngine(candidate->entry);
+        device = candidate;
         return kUsbOk;
     }
     return kUsbDeviceNotFound;
@@ -105,6 +123,10 @@ UsbDevice* UsbHost::FromHandle(void* handle) {
 void UsbHost::Close(UsbDevice& device) {
     device.open = false;
     device.engine.reset();
+}
+
+void UsbHost::SetTimeouts(UsbDevice& device, uint32_t readMilliseconds) {
+    device.readTimeout = readMilliseconds;
 }
 
 uint32_t UsbHost::SetBitMode(UsbDevice& device, uint8_t mode) {
@@ -158,6 +180,8 @@ uint32_t UsbHost::Read(UsbDevice& device, std::span<uint8_t> bytes, uint32_t& re
         wanted = 0;
     received = static_cast<uint32_t>(device.engine->Answers().Take(bytes.data(), wanted));
     traffic.bytesRead += received;
+    if (received < bytes.size() && device.readTimeout == 0)
+        ++traffic.endlessReads; // the library would not come back from here
     return kUsbOk;
 }
 

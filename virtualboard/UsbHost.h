@@ -40,7 +40,8 @@ enum class OpenBy : uint32_t { Serial = 1, Description = 2 };
 struct UsbDevice {
     PodEntry entry;
     bool open = false;
-    bool mpsseMode = false; // of the parts that have one
+    bool mpsseMode = false;   // of the parts that have one
+    uint32_t readTimeout = 0; // milliseconds, 0 for none
     std::unique_ptr<PodEngine> engine;
 };
 
@@ -52,7 +53,14 @@ class UsbHost {
     uint32_t BeginCall(const char* function);
     uint64_t Calls(const std::string& function) const;
 
+    // All devices that are plugged in, ...
     size_t DeviceCount() const { return unplugged_ ? 0 : devices_.size(); }
+
+    // ... and those that the library lists and opens: FTDI's own products, and outside Windows,
+    // where no driver's setup file names others, those of the one identifier that it was told last.
+    std::vector<UsbDevice*> Listed();
+
+    void SetCustomId(uint32_t vendor, uint32_t product) { customId_ = vendor << 16 | product; }
 
     UsbDevice& Device(size_t index) { return devices_[index]; }
 
@@ -65,6 +73,9 @@ class UsbHost {
     // Null if `handle` is no open device of this host.
     UsbDevice* FromHandle(void* handle);
     void Close(UsbDevice& device);
+
+    // Without time-outs a read comes back when all bytes are there, and not before.
+    void SetTimeouts(UsbDevice& device, uint32_t readMilliseconds);
 
     uint32_t SetBitMode(UsbDevice& device, uint8_t mode);
     uint32_t Write(UsbDevice& device, std::span<const uint8_t> bytes);
@@ -86,6 +97,7 @@ class UsbHost {
     std::map<std::string, uint64_t> calls_;
     uint64_t totalCalls_ = 0;
     bool unplugged_ = false;
+    uint32_t customId_ = 0;
     SteadyTime lastCall_ = std::chrono::steady_clock::now();
 };
 

@@ -56,14 +56,23 @@ bool OmDigilentPage::Read(OmConnectionSettings& settings, bool isShown) {
 
 void OmDigilentPage::Configure() {
     OmDigilentAdept adept;
-    if (adept.Load()) {
-        const int32_t error = adept.ConfigureDevices(wxGetTopLevelParent(this)->GetHandle());
-        if (error != 0) {
-            ShowMessage(TranslatedFormat("Unexpected error %d: %ls %d", error,
-                                         L"CableSettingsPanel", __LINE__),
-                        kErrorBox);
-            return;
-        }
-    }
+    if (adept.Load() && !OpenVendorWindow(adept))
+        return;
     recheck_();
+}
+
+bool OmDigilentPage::OpenVendorWindow(OmDigilentAdept& adept) {
+    if (!adept.CanConfigureDevices()) {
+        ShowMessage(Translated("This version of the Digilent Adept software has no window for "
+                               "configuring devices: it finds by itself what is plugged in."),
+                    kInformationBox);
+        return true;
+    }
+    const int32_t error = adept.ConfigureDevices(wxGetTopLevelParent(this)->GetHandle());
+    if (error == 0)
+        return true;
+    ShowMessage(
+        TranslatedFormat("Unexpected error %d: %ls %d", error, L"CableSettingsPanel", __LINE__),
+        kErrorBox);
+    return false;
 }

@@ -3,6 +3,8 @@
 
 #include "jtag/ui/CablePage.h"
 
+class OmDigilentAdept;
+
 class OmDigilentPage : public OmCablePage {
   public:
     // `recheck` shows the page anew.
@@ -13,6 +15,8 @@ class OmDigilentPage : public OmCablePage {
 
   private:
     void Configure();
+    // False if it failed, which has been told.
+    bool OpenVendorWindow(OmDigilentAdept& adept);
 
     wxChoice* device_;
     std::function<void()> recheck_;

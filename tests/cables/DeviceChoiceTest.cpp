@@ -92,6 +92,20 @@ TEST_F(DeviceChoice, UsbBlasterIsTheStoredOneOrTheFirstFreeOne) {
     }
 }
 
+TEST_F(DeviceChoice, DevicesWithIdentifiersOfTheirOwnAreFound) {
+    Plug("pod FT2232H description=\"Olimex OpenOCD JTAG\" serial=OL1 usb-id=0x15BA002A\n" // 0
+         "pod FT2232C description=\"Amontec JTAGkey A\" serial=AM1 usb-id=0x0403CFF8\n"   // 1
+         "pod USB-Blaster description=USB-Blaster serial=B1 usb-id=0x09FB6003\n"          // 2
+         "pod FT2232H description=Unknown serial=U1 usb-id=0x12345678");                  // 3
+    OmConnectionSettings settings;
+    settings.cableType = OmCableType::Ftd2xx;
+    EXPECT_EQ(OpenedBy(settings), 0);
+    settings.ftd2xxDescription = "Amontec JTAGkey A";
+    EXPECT_EQ(OpenedBy(settings), 1);
+    settings.cableType = OmCableType::AlteraUsbBlaster;
+    EXPECT_EQ(OpenedBy(settings), 2);
+}
+
 TEST_F(DeviceChoice, NothingIsOpenedWhereNothingSuits) {
     Plug("pod FT232R description=Serial serial=R1\n"
          "pod FT2232C description=\"Dual B\" serial=D1B\n"

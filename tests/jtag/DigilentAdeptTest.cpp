@@ -5,6 +5,7 @@
 #include "tests/jtag/LogCollector.h"
 #include "tests/jtag/ScanHelpers.h"
 
+#include <algorithm>
 #include <functional>
 #include <gtest/gtest.h>
 
@@ -13,10 +14,8 @@ namespace {
 using Calls = std::vector<std::string>;
 
 constexpr const char* kRequired[] = {
-    "DpcInit",         "DpcTerm",          "DvmgStartConfigureDevices",
-    "DvmgGetDevCount", "DvmgGetDevName",   "DpcOpenJtag",
-    "DpcCloseJtag",    "DpcEnableJtag",    "DpcDisableJtag",
-    "DpcPutTdiBits",   "DpcPutTmsTdiBits",
+    "DpcInit",      "DpcTerm",       "DvmgGetDevCount", "DvmgGetDevName", "DpcOpenJtag",
+    "DpcCloseJtag", "DpcEnableJtag", "DpcDisableJtag",  "DpcPutTdiBits",  "DpcPutTmsTdiBits",
 };
 
 class DigilentScan : public testing::Test {
@@ -97,6 +96,35 @@ TEST(DigilentAdept, EveryEntryPointIsRequired) {
         library.missing.clear();
         EXPECT_TRUE(cable.Load()) << name;
     }
+}
+
+TEST(DigilentAdept, WindowForConfiguringDevicesIsForWindowsAlone) {
+    FakeDigilent library;
+    {
+        OmDigilentAdept cable;
+        EXPECT_TRUE(cable.Load());
+        EXPECT_TRUE(cable.CanConfigureDevices());
+    }
+    library.missing = "DvmgStartConfigureDevices";
+    OmDigilentAdept cable;
+    EXPECT_TRUE(cable.Load());
+    EXPECT_FALSE(cable.CanConfigureDevices());
+}
+
+// What DpcTerm ends, it ends for the whole process.
+TEST(DigilentAdept, SecondObjectNeitherBeginsNorEndsTheLibrarysUse) {
+    FakeDigilent library;
+    OmDigilentAdept cable;
+    EXPECT_TRUE(cable.Initialize("Basys"));
+    {
+        OmDigilentAdept look;
+        EXPECT_TRUE(look.Load());
+        EXPECT_EQ(look.GetDeviceCount(), 2);
+    }
+    EXPECT_EQ(library.initialized, 1);
+    EXPECT_NO_THROW(cable.ResetTap());
+    EXPECT_EQ(std::ranges::count(library.calls, "DpcInit"), 1);
+    EXPECT_EQ(std::ranges::count(library.calls, "DpcTerm"), 0);
 }
 
 TEST(DigilentAdept, LibraryThatWillNotStartIsFreedUnderTheSameLine) {

@@ -1,6 +1,7 @@
 #include "tests/jtag/FakeD2xx.h"
 
 #include "jtag/D2xx.h"
+#include "platform/Clock.h"
 
 #include <algorithm>
 #include <cstring>
@@ -34,17 +35,18 @@ std::string Text(uint32_t number) {
 uint32_t OM_D2XX_CALL CreateDeviceInfoList(uint32_t* count) {
     if (!Called("FT_CreateDeviceInfoList"))
         return kOtherError;
-    *count = static_cast<uint32_t>(fake->devices.size()) + fake->extraDevices;
+    *count = static_cast<uint32_t>(fake->Listed().size()) + fake->extraDevices;
     return kOk;
 }
 
 uint32_t OM_D2XX_CALL GetDeviceInfoDetail(uint32_t index, uint32_t* flags, uint32_t* type,
                                           uint32_t* id, uint32_t* location, char* serial,
                                           char* description, Handle* handle) {
-    if (!Called("FT_GetDeviceInfoDetail", Text(index)) || index >= fake->devices.size() ||
-        !fake->devices[index].hasDetail)
+    const std::vector<FakeD2xx::Device> listed = fake->Listed();
+    if (!Called("FT_GetDeviceInfoDetail", Text(index)) || index >= listed.size() ||
+        !listed[index].hasDetail)
         return kOtherError;
-    const FakeD2xx::Device& device = fake->devices[index];
+    const FakeD2xx::Device& device = listed[index];
     *flags = device.flags;
     *type = device.type;
     *id = device.id;
@@ -123,12 +125,25 @@ uint32_t OM_D2XX_CALL Write(Handle handle, void* bytes, uint32_t count, uint32_t
 uint32_t OM_D2XX_CALL Read(Handle handle, void* bytes, uint32_t count, uint32_t* done) {
     if (!CalledOn(handle, "FT_Read", Text(count)))
         return kOtherError;
-    const size_t given = std::min({size_t{count}, fake->readLimit, fake->queue.size()});
+    GetClock().SleepMilliseconds(fake->readMilliseconds);
+    const size_t ready = GetClock().Milliseconds() < fake->answerAt ? 0 : fake->queue.size();
+    const size_t given = std::min({size_t{count}, fake->readLimit, ready});
     const auto end = fake->queue.begin() + static_cast<ptrdiff_t>(given);
     std::copy(fake->queue.begin(), end, static_cast<uint8_t*>(bytes));
     fake->queue.erase(fake->queue.begin(), end);
     *done = static_cast<uint32_t>(given + fake->readOverrun);
     return kOk;
+}
+
+uint32_t OM_D2XX_CALL SetVIDPID(uint32_t vendor, uint32_t product) {
+    if (!Called("FT_SetVIDPID", Text(vendor) + " " + Text(product)))
+        return kOtherError;
+    fake->customId = vendor << 16 | product;
+    return kOk;
+}
+
+uint32_t OM_D2XX_CALL SetTimeouts(Handle handle, uint32_t read, uint32_t write) {
+    return CalledOn(handle, "FT_SetTimeouts", Text(read) + " " + Text(write)) ? kOk : kOtherError;
 }
 
 } // namespace
@@ -152,6 +167,20 @@ FakeD2xx::FakeD2xx() {
         {"FT_Write", Export(Write)},
         {"FT_Read", Export(Read)},
     };
+}
+
+void FakeD2xx::ExportOptional() {
+    exports["FT_SetVIDPID"] = Export(SetVIDPID);
+    exports["FT_SetTimeouts"] = Export(SetTimeouts);
+    listsAll = false;
+}
+
+std::vector<FakeD2xx::Device> FakeD2xx::Listed() const {
+    std::vector<Device> listed;
+    for (const Device& device : devices)
+        if (listsAll || device.id == 0x04036010 || device.id == customId)
+            listed.push_back(device);
+    return listed;
 }
 
 FakeD2xx::~FakeD2xx() {

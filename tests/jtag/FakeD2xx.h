@@ -30,6 +30,13 @@ class FakeD2xx : public FakeLoader {
     // Makes the call of that name fail, after `successes` more that succeed.
     void Fail(const std::string& function, int successes = 0);
 
+    // Exports what only some versions and hosts have: FT_SetVIDPID, with which the list holds
+    // FTDI's own devices and those of the one identifier that was set, and FT_SetTimeouts.
+    void ExportOptional();
+
+    // The devices that the library lists now.
+    std::vector<Device> Listed() const;
+
     void Answer(const Bytes& bytes) { queue.insert(queue.end(), bytes.begin(), bytes.end()); }
 
     // All calls so far, or all writes; forgets them.
@@ -45,7 +52,11 @@ class FakeD2xx : public FakeLoader {
     size_t readOverrun = 0;        // bytes that FT_Read claims beyond what was asked for
     size_t writeShortfall = 0;     // bytes that FT_Write leaves out
     uint32_t waiting = UINT32_MAX; // what FT_GetQueueStatus says; UINT32_MAX: the queue's size
-    uint32_t openedType = 6;       // what FT_GetDeviceInfo says
+    uint64_t answerAt = 0;         // milliseconds of the clock from which FT_Read gives anything
+    unsigned readMilliseconds = 0; // that each FT_Read takes
+    bool listsAll = true;
+    uint32_t customId = 0;
+    uint32_t openedType = 6; // what FT_GetDeviceInfo says
     std::vector<std::string> calls;
     std::vector<Bytes> writes;
     int openHandles = 0;

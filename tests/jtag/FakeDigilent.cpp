@@ -106,7 +106,8 @@ struct Exported {
         return done;
     }
 
-    static Boolean DisableJtag(Handle handle, ErrorCode* error) {
+    static Boolean DisableJtag(Handle handle, ErrorCode* error, uint32_t* transaction) {
+        EXPECT_EQ(transaction, nullptr) << "the library would begin a transaction";
         const Boolean done = CalledOn(handle, "DpcDisableJtag", "", error);
         --fake->enabled;
         return done;

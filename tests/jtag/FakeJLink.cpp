@@ -101,6 +101,14 @@ struct Exported {
                               " tdi" + Hex(tdi, bits));
         Report();
     }
+
+    static void SyncBits() {
+        fake->calls.push_back("SyncBits");
+        if (const char* text = std::exchange(fake->syncError, nullptr)) {
+            fake->pendingError = true;
+            fake->onError(text);
+        }
+    }
 };
 
 } // namespace
@@ -115,6 +123,10 @@ FakeJLink::~FakeJLink() {
     EXPECT_FALSE(isOpen) << "the connection was left open";
     EXPECT_EQ(loaded, 0) << "a library was not freed";
     fake = nullptr;
+}
+
+void FakeJLink::ExportSyncBits() {
+    exports["JLINKARM_JTAG_SyncBits"] = Export(Exported::SyncBits);
 }
 
 std::vector<std::string> FakeJLink::TakeCalls() {

@@ -16,6 +16,9 @@ class FakeJLink : public FakeLoader {
     FakeJLink(const FakeJLink&) = delete;
     FakeJLink& operator=(const FakeJLink&) = delete;
 
+    // Exports the function that only some versions have.
+    void ExportSyncBits();
+
     // Calls so far; forgets them.
     std::vector<std::string> TakeCalls();
 
@@ -24,6 +27,7 @@ class FakeJLink : public FakeLoader {
     int selectResult = 0;
     bool pendingError = false;
     const char* rawError = nullptr;   // reported by the next raw call
+    const char* syncError = nullptr;  // reported when what is stored is sent
     const char* rawWarning = nullptr; // likewise
     std::vector<std::string> calls;
     bool isOpen = false;

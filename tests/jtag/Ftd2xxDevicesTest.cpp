@@ -174,3 +174,33 @@ TEST(Ftd2xxDevices, ListIsEmptyAndSilentIfTheLibraryCannotList) {
     EXPECT_TRUE(records.empty());
     EXPECT_EQ(log.text, L"");
 }
+
+TEST(Ftd2xxDevices, DevicesWithIdentifiersOfTheirOwnAreLookedForOneByOne) {
+    FakeD2xx d2xx;
+    d2xx.ExportOptional();
+    d2xx.devices = {{"Dual RS232 A", "FT1A", 4},
+                    {"Amontec JTAGkey A", "K1A", 4, 0, 0x0403CFF8},
+                    {"Olimex OpenOCD JTAG", "OL1", 4, 0, 0x15BA0003},
+                    {"Something else", "X1", 4, 0, 0x12345678}};
+    d2xx.customId = 0x0403CFF8; // as an earlier list left it
+    OmFtd2xx cable;
+    ASSERT_TRUE(cable.Load());
+    std::vector<OmFtd2xxRecord> devices;
+    cable.ListDevices(devices);
+    ASSERT_EQ(devices.size(), 3U);
+    EXPECT_EQ(devices[0].description, "Dual RS232 A");
+    EXPECT_EQ(devices[1].description, "Amontec JTAGkey A");
+    EXPECT_EQ(devices[2].description, "Olimex OpenOCD JTAG");
+}
+
+TEST(Ftd2xxDevices, DeviceIsOpenedUnderItsOwnIdentifier) {
+    FakeD2xx d2xx;
+    d2xx.ExportOptional();
+    d2xx.devices = {{"Amontec JTAGkey A", "K1A", 4, 0, 0x0403CFF8}};
+    OmFtd2xx cable;
+    bool isHighSpeed = false;
+    VirtualClock clock;
+    ASSERT_TRUE(cable.Initialize("Amontec JTAGkey A", "K1A", 6000000, false, 0, 0, isHighSpeed));
+    EXPECT_EQ(d2xx.customId, 0x0403CFF8U);
+    EXPECT_EQ(d2xx.Count("FT_OpenEx"), 1);
+}

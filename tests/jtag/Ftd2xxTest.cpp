@@ -1,10 +1,12 @@
 #include "jtag/Ftd2xx.h"
 
 #include "jtag/CableFactory.h"
+#include "jtag/Exception.h"
 #include "tests/jtag/FakeD2xx.h"
 #include "tests/jtag/LogCollector.h"
 #include "tests/support/VirtualClock.h"
 
+#include <algorithm>
 #include <gtest/gtest.h>
 
 namespace {
@@ -135,6 +137,72 @@ TEST(Ftd2xx, InitializesInOneOrderOfCalls) {
                         L"Initialization succeeded\n");
 }
 
+TEST(Ftd2xx, TckIsNeverFasterThanAskedForAndTheAppliedOneIsTold) {
+    const struct {
+        uint32_t openedType;
+        uint32_t wanted;
+        uint32_t applied;
+    } cases[] = {{6, 16000000, 15000000}, {6, 29999999, 15000000},
+                 {6, 14999999, 10000000}, {6, 3750000, 3750000},
+                 {6, 1100, 1099},         {4, 5999999, 3000000},
+                 {4, 25000, 25000},       {4, 7, 91}};
+
+    for (const auto& row : cases) {
+        FakeD2xx d2xx;
+        d2xx.openedType = row.openedType;
+        OmFtd2xx cable;
+        Opening opening;
+        opening.frequency = row.wanted;
+        EXPECT_TRUE(opening.Run(cable));
+        EXPECT_EQ(cable.GetFrequency(), row.applied) << row.wanted;
+    }
+}
+
+TEST(Ftd2xx, TimeOutsAreSetWhereTheLibraryHasThem) {
+    FakeD2xx d2xx;
+    d2xx.ExportOptional();
+    VirtualClock clock;
+    OmFtd2xx cable;
+    Opening opening;
+    EXPECT_TRUE(opening.Run(cable));
+    const Calls calls = d2xx.TakeCalls();
+    const auto opened = std::ranges::find(calls, "FT_OpenEx 'Dual RS232-HS A' 2");
+    ASSERT_NE(opened, calls.end());
+    EXPECT_EQ(opened[1], "FT_SetTimeouts 50 2500");
+}
+
+// A scan of 1,000 bits takes a second at 1 kHz; 31 reads in 300 ms would give up on it.
+TEST(Ftd2xx, SlowScanIsWaitedForAsLongAsItTakes) {
+    FakeD2xx d2xx;
+    d2xx.ExportOptional();
+    VirtualClock clock;
+    OmFtd2xx cable;
+    Opening opening;
+    opening.frequency = 1000;
+    ASSERT_TRUE(opening.Run(cable));
+    d2xx.TakeCalls();
+    d2xx.answerAt = clock.Milliseconds() + 1000;
+    d2xx.Answer(Bytes(126, 0xFF));
+    OmBitVector out;
+    cable.ScanDR(OmBitVector(1000, 1), &out, kScanFromIdle, kScanToIdle);
+    EXPECT_EQ(out, OmBitVector(1000, 1));
+    EXPECT_EQ(d2xx.calls[1], "FT_SetTimeouts 50 8564"); // 379 bytes of commands: at most 3,032 ms
+}
+
+TEST(Ftd2xx, LostAnswerIsToldWithinThreeSeconds) {
+    FakeD2xx d2xx;
+    d2xx.ExportOptional();
+    VirtualClock clock;
+    OmFtd2xx cable;
+    Opening opening;
+    ASSERT_TRUE(opening.Run(cable));
+    d2xx.readMilliseconds = 50;
+    const uint64_t start = clock.Milliseconds();
+    OmBitVector out;
+    EXPECT_THROW(cable.ScanDR(OmBitVector(1000, 1), &out, kScanFromIdle, kScanToIdle), OmException);
+    EXPECT_LT(clock.Milliseconds() - start, 3000U);
+}
+
 TEST(Ftd2xx, SetupBlockSetsPinsDivisorAndClocking) {
     const SetupCase cases[] = {
         {"high speed at 6 MHz",
@@ -167,8 +235,8 @@ TEST(Ftd2xx, SetupBlockSetsPinsDivisorAndClocking) {
          false,
          0x051B,
          0x010A,
-         {0x85, 0x80, 0x0A, 0x1B, 0x82, 0x01, 0x05, 0x8A, 0x86, 0x03, 0x00},
-         7000000},
+         {0x85, 0x80, 0x0A, 0x1B, 0x82, 0x01, 0x05, 0x8A, 0x86, 0x04, 0x00},
+         6000000},
         {"high speed, adaptive, all pins high",
          6,
          30000000,

@@ -1,6 +1,7 @@
 #include "jtag/JLink.h"
 
 #include "jtag/CableFactory.h"
+#include "jtag/Exception.h"
 #include "tests/jtag/FakeJLink.h"
 #include "tests/jtag/LogCollector.h"
 #include "tests/jtag/ScanHelpers.h"
@@ -101,6 +102,23 @@ TEST(JLink, EveryEntryPointIsRequired) {
         library.missing.clear();
         EXPECT_TRUE(cable.Load()) << name;
     }
+}
+
+// What a blind batch stores may wait in the library, and its errors with it.
+TEST(JLink, WhatIsStoredIsSentBeforeTheActionEnds) {
+    FakeJLink library;
+    library.ExportSyncBits();
+    OmJLink cable;
+    ASSERT_TRUE(cable.Initialize(0, "", 0, 6000000));
+    const OmScanList blind{{{1, 0, 1}, false}};
+    library.TakeCalls();
+    cable.ScanVectors(blind, nullptr);
+    EXPECT_EQ(library.TakeCalls().back(), "SyncBits");
+    library.syncError = "USB gone";
+    EXPECT_THROW(cable.ScanVectors(blind, nullptr), OmException);
+    OmBitVector out;
+    cable.ScanDR({1, 0, 1}, &out, kScanFromIdle, kScanToIdle);
+    EXPECT_EQ(library.TakeCalls().back(), "SyncBits");
 }
 
 TEST(JLink, OpensOverUsbAndClosesInOneOrderOfCalls) {

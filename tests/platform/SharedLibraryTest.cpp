@@ -1,5 +1,6 @@
 #include "platform/SharedLibrary.h"
 
+#include <cstdlib>
 #include <gtest/gtest.h>
 #include <string>
 
@@ -18,6 +19,27 @@ class OneFunctionLibrary : public OmSharedLibrary {
 
 TEST(SharedLibrary, AnAbsentOrUnknownLibraryCannotBeLoaded) {
     EXPECT_EQ(GetLibraryLoader().Load("no-such-vendor.dll"), nullptr);
+}
+
+TEST(SharedLibrary, UserMayNameTheFile) {
+    EXPECT_EQ(GetLibraryVariable("JLinkARM.dll"), "VELFLASH_JLINKARM");
+    EXPECT_EQ(GetLibraryOverride("JLinkARM.dll"), "");
+    ASSERT_EQ(setenv("VELFLASH_NO-SUCH-VENDOR", "libm.so.6", 1), 0);
+    EXPECT_EQ(GetLibraryOverride("no-such-vendor.dll"), "libm.so.6");
+    const auto library = GetLibraryLoader().Load("no-such-vendor.dll");
+    unsetenv("VELFLASH_NO-SUCH-VENDOR");
+    ASSERT_NE(library, nullptr);
+    EXPECT_NE(library->Resolve("cos"), nullptr);
+}
+
+TEST(SharedLibrary, OptionalEntryPointMayBeMissing) {
+    OneFunctionLibrary library;
+    void* present = nullptr;
+    void* missing = &library;
+    const OmEntryPoint table[] = {{"Present", &present}, {"Missing", &missing, false}};
+    EXPECT_TRUE(ResolveEntryPoints(library, table));
+    EXPECT_EQ(present, &exportedThing);
+    EXPECT_EQ(missing, nullptr);
 }
 
 TEST(SharedLibrary, AllEntryPointsResolve) {

@@ -1,5 +1,7 @@
 // Stand-in for Digilent's dpcutil library on the virtual board. A board offers adapters with lines
-// "pod Digilent description=name". The adapter samples TDO behind the falling edge of each cycle.
+// "pod Digilent description=name". The adapter samples TDO after the falling edge of each cycle. As
+// the vendor's outside Windows, the library has no window for configuring devices; what DpcInit has
+// begun, for whomever in this process, DpcTerm ends.
 
 #include "virtualboard/CurrentBoard.h"
 #include "virtualboard/JtagPins.h"
@@ -27,6 +29,7 @@ constexpr size_t kNameSize = 64;
 struct Library {
     bool initialized = false;
     bool enabled = false;
+    uint32_t transactions = 0;
     const vb::PodEntry* pod = nullptr; // open
 };
 
@@ -95,11 +98,6 @@ VB_EXPORT void DpcTerm() {
     State() = {};
 }
 
-// The vendor's window has nothing to configure here.
-VB_EXPORT void DvmgStartConfigureDevices(void*, ErrorCode* error) {
-    Answer(error, kNoError);
-}
-
 VB_EXPORT int DvmgGetDevCount(ErrorCode* error) {
     Answer(error, kNoError);
     return static_cast<int>(Adapters().size());
@@ -144,11 +142,13 @@ VB_EXPORT Bool DpcEnableJtag(Interface handle, ErrorCode* error, void*) {
     return Answer(error, kNoError);
 }
 
-VB_EXPORT Bool DpcDisableJtag(Interface handle, ErrorCode* error) {
+VB_EXPORT Bool DpcDisableJtag(Interface handle, ErrorCode* error, uint32_t* transaction) {
     const bool well = Begin("DpcDisableJtag");
     if (!handle || handle != State().pod)
         return Answer(error, kNoDevice);
     State().enabled = false;
+    if (transaction)
+        *transaction = ++State().transactions;
     return Answer(error, well ? kNoError : kTransferFailed);
 }
 

@@ -8,6 +8,7 @@
 #include <algorithm>
 #include <cstring>
 #include <string>
+#include <vector>
 
 namespace {
 
@@ -54,7 +55,7 @@ Status OnDevice(const char* function, Handle handle, Work work) {
 
 VB_EXPORT Status FT_CreateDeviceInfoList(uint32_t* count) {
     vb::UsbHost* host = vb::CurrentUsbHost();
-    Store(count, host ? static_cast<uint32_t>(host->DeviceCount()) : 0);
+    Store(count, host ? static_cast<uint32_t>(host->Listed().size()) : 0);
     return host ? host->BeginCall("FT_CreateDeviceInfoList") : vb::kUsbOk;
 }
 
@@ -66,9 +67,10 @@ VB_EXPORT Status FT_GetDeviceInfoDetail(uint32_t index, uint32_t* flags, uint32_
         return kNoHost;
     if (const Status fault = host->BeginCall("FT_GetDeviceInfoDetail"); fault != vb::kUsbOk)
         return fault;
-    if (index >= host->DeviceCount())
+    const std::vector<vb::UsbDevice*> listed = host->Listed();
+    if (index >= listed.size())
         return vb::kUsbDeviceNotFound;
-    vb::UsbDevice& device = host->Device(index);
+    vb::UsbDevice& device = *listed[index];
     const bool open = device.open || device.entry.open;
     const bool highSpeed = vb::UsbHost::TypeOf(device) == vb::kType2232H;
     Store(flags, (open ? kFlagOpen : 0) | (highSpeed ? kFlagHighSpeed : 0));
@@ -90,6 +92,17 @@ VB_EXPORT Status FT_GetDeviceInfo(Handle handle, uint32_t* type, uint32_t* id, c
         CopyText(device.entry.description, description, kDescriptionSize);
         return vb::kUsbOk;
     });
+}
+
+// Outside Windows only.
+VB_EXPORT Status FT_SetVIDPID(uint32_t vendor, uint32_t product) {
+    vb::UsbHost* host = vb::CurrentUsbHost();
+    if (!host)
+        return vb::kUsbOk;
+    const Status fault = host->BeginCall("FT_SetVIDPID");
+    if (fault == vb::kUsbOk)
+        host->SetCustomId(vendor, product);
+    return fault;
 }
 
 VB_EXPORT Status FT_OpenEx(void* argument, uint32_t flags, Handle* handle) {
@@ -132,6 +145,14 @@ VB_EXPORT Status FT_ResetDevice(Handle handle) {
 VB_EXPORT Status FT_SetUSBParameters(Handle handle, uint32_t, uint32_t) {
     return OnDevice("FT_SetUSBParameters", handle,
                     [](vb::UsbHost&, vb::UsbDevice&) { return vb::kUsbOk; });
+}
+
+VB_EXPORT Status FT_SetTimeouts(Handle handle, uint32_t readMilliseconds, uint32_t) {
+    return OnDevice("FT_SetTimeouts", handle,
+                    [readMilliseconds](vb::UsbHost& host, vb::UsbDevice& device) {
+                        host.SetTimeouts(device, readMilliseconds);
+                        return vb::kUsbOk;
+                    });
 }
 
 VB_EXPORT Status FT_Purge(Handle handle, uint32_t mask) {

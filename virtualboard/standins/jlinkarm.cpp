@@ -1,6 +1,8 @@
 // Stand-in for Segger's JLinkARM library: the raw JTAG functions on the virtual board. A board
 // offers a J-Link with a line "pod J-Link"; its serial is the USB number, its description the host
-// name under which a TCP/IP server offers it.
+// name under which a TCP/IP server offers it. What JLINKARM_JTAG_StoreRaw takes waits in the
+// library's buffer until something asks for it, as in the vendor's: a read, JLINKARM_JTAG_SyncBits,
+// or a buffer that is full.
 
 #include "virtualboard/CurrentBoard.h"
 #include "virtualboard/JtagPins.h"
@@ -9,10 +11,18 @@
 
 #include <cstdint>
 #include <string>
+#include <utility>
+#include <vector>
 
 namespace {
 
 using Handler = void(const char* text);
+
+struct StoredBits {
+    std::vector<uint8_t> tms;
+    std::vector<uint8_t> tdi;
+    uint32_t bits;
+};
 
 struct Library {
     bool byAddress = false;
@@ -21,6 +31,8 @@ struct Library {
     bool hasError = false;
     Handler* warning = nullptr;
     Handler* error = nullptr;
+    std::vector<StoredBits> stored;
+    size_t storedBytes = 0;
 };
 
 Library& State() {
@@ -30,6 +42,7 @@ Library& State() {
 
 constexpr uint32_t kHertzPerUnit = 1000;
 constexpr uint32_t kMaximumKilohertz = 12'000;
+constexpr size_t kBufferBytes = size_t{16} * 1024;
 
 const vb::PodEntry* FindPod(const vb::Board& board) {
     const Library& library = State();
@@ -73,6 +86,20 @@ vb::JtagChain* BeginTransfer(const char* function, uint32_t bits, bool reads) {
     return &board->Chain();
 }
 
+// Sends what is stored; what the pod does not take is lost.
+void Flush() {
+    const std::vector<StoredBits> stored = std::exchange(State().stored, {});
+    State().storedBytes = 0;
+    const vb::UsbHost* host = vb::CurrentUsbHost();
+    if (stored.empty())
+        return;
+    if (!host || !State().open || host->Unplugged())
+        return Fail("Communication with the emulator failed.");
+    for (const StoredBits& part : stored)
+        vb::RunPacked(vb::CurrentBoard()->Chain(), part.tms.data(), part.tdi.data(), nullptr,
+                      part.bits);
+}
+
 } // namespace
 
 VB_EXPORT int JLINKARM_SelectUSB(int number) {
@@ -105,6 +132,7 @@ VB_EXPORT const char* JLINKARM_Open() {
 VB_EXPORT void JLINKARM_Close() {
     if (vb::UsbHost* host = vb::CurrentUsbHost())
         host->BeginCall("JLINKARM_Close"); // has no result that could tell of a failure
+    State().stored.clear();
     State().open = false;
 }
 
@@ -137,11 +165,26 @@ VB_EXPORT void JLINKARM_SetSpeed(uint32_t kilohertz) {
 
 VB_EXPORT void JLINKARM_JTAG_StoreGetRaw(const uint8_t* tdi, uint8_t* tdo, const uint8_t* tms,
                                          uint32_t bits) {
+    Flush();
     if (vb::JtagChain* chain = BeginTransfer("JLINKARM_JTAG_StoreGetRaw", bits, true))
         vb::RunPacked(*chain, tms, tdi, tdo, bits);
 }
 
 VB_EXPORT void JLINKARM_JTAG_StoreRaw(const uint8_t* tdi, const uint8_t* tms, uint32_t bits) {
-    if (vb::JtagChain* chain = BeginTransfer("JLINKARM_JTAG_StoreRaw", bits, false))
-        vb::RunPacked(*chain, tms, tdi, nullptr, bits);
+    if (!BeginTransfer("JLINKARM_JTAG_StoreRaw", bits, false))
+        return;
+    const size_t bytes = (size_t{bits} + 7) / 8;
+    State().stored.push_back({{tms, tms + bytes}, {tdi, tdi + bytes}, bits});
+    State().storedBytes += bytes;
+    if (State().storedBytes > kBufferBytes)
+        Flush();
+}
+
+VB_EXPORT void JLINKARM_JTAG_SyncBits() {
+    vb::UsbHost* host = vb::CurrentUsbHost();
+    const bool well = host && host->BeginCall("JLINKARM_JTAG_SyncBits") == vb::kUsbOk;
+    if (well)
+        return Flush();
+    State().stored.clear();
+    Fail("Communication with the emulator failed.");
 }
