@@ -95,6 +95,16 @@ void HintAtLog(const OmCliOptions& options) {
                       static_cast<int>(programmer.settings.lptPort) + 1));
 }
 
+void ReportFrequency(const OmCliOptions& options) {
+    const OmFlashProgrammer& programmer = OmFlashProgrammer::GetInstance();
+    if (!programmer.cable || options.quiet)
+        return;
+    const std::string text =
+        DescribeFrequency(options.connection, programmer.cable->GetJtagHAL()->GetFrequency());
+    if (!text.empty())
+        std::fprintf(stderr, "%s\n", text.c_str());
+}
+
 // A report that did not reach its reader is a failure. One who closes the pipe, as `head` does, has
 // read enough and needs no message.
 bool FlushReport() {
@@ -111,8 +121,10 @@ bool RunCommand(const OmCommand& command, const OmCliOptions& options) {
                       FindPod(command, options) && command.run(options, progress);
     if (!good && (command.uses & kUsesConnection))
         HintAtLog(options);
-    if (command.uses & kUsesConnection)
+    if (command.uses & kUsesConnection) {
+        ReportFrequency(options);
         OmFlashProgrammer::GetInstance().CloseCable();
+    }
     return FlushReport() && good;
 }
 

@@ -126,6 +126,12 @@ std::string ListCableNames() {
     return names;
 }
 
+std::string DescribeFrequency(const OmConnectionChoice& choice, uint32_t applied) {
+    if (!choice.frequency || static_cast<uint32_t>(*choice.frequency) == applied)
+        return {};
+    return OmFormat("TCK runs at %u Hz; %d Hz were asked for.", applied, *choice.frequency);
+}
+
 bool ApplyConnection(const OmConnectionChoice& choice, OmConnectionSettings& settings,
                      std::string& error) {
     if (choice.cable)

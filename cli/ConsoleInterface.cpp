@@ -42,6 +42,10 @@ OmAnswer OmConsoleInterface::ShowMessage(const std::wstring& text, const std::ws
     return yes_ ? answers.consent : answers.refusal;
 }
 
+void OmConsoleInterface::ShowFailure(const std::wstring& text, const std::wstring& details) {
+    ShowMessage(details.empty() ? text : text + L"\n" + details, kProductName, kErrorBox);
+}
+
 void OmConsoleLog::Write(const std::wstring& text) {
     std::fputs(ToLocal(text).c_str(), stream_);
     std::fflush(stream_);

@@ -16,6 +16,8 @@ class OmConsoleInterface : public OmUserInterface {
     OmAnswer ShowMessage(const std::wstring& text, const std::wstring& caption,
                          OmMessageStyle style) override;
 
+    void ShowFailure(const std::wstring& text, const std::wstring& details) override;
+
     void BeginBusyCursor() override {}
 
     void EndBusyCursor() override {}

@@ -1,6 +1,7 @@
 #include "flash/FlashConnection.h"
 
 #include "flash/Progress.h"
+#include "jtag/ConnectionObstacles.h"
 #include "jtag/Exception.h"
 #include "platform/Translation.h"
 #include "platform/UserInterface.h"
@@ -41,7 +42,8 @@ void OmFlashConnection::ReplaceCable() {
         OnOtherConnection();
     applied = settings;
     if (!cable)
-        ShowMessage(Translated("Failed to initialize a JTAG connection"), kErrorBox);
+        GetUserInterface().ShowFailure(Translated("Failed to initialize a JTAG connection"),
+                                       DescribeObstacles(settings));
 }
 
 void OmFlashConnection::CloseCable() {

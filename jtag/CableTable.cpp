@@ -122,6 +122,13 @@ OmListedDevices ListDigilent() {
     return devices;
 }
 
+constexpr const char* kD2xxLibrary[] = {"ftd2xx.dll"};
+constexpr const char* kUsbBlasterLibraries[] = {"usbblstr32.dll", "ftd2xx.dll"};
+constexpr const char* kJLinkLibrary[] = {"JLinkARM.dll"};
+constexpr const char* kDigilentLibrary[] = {"dpcutil.dll"};
+
+constexpr OmUsbId kJLinkUsbIds[] = {{0x1366, 0}}; // whatever Segger's product
+
 constexpr OmCableRow kCables[] = {
     {Type::XilinxParallelCable3, ForTranslation("Xilinx Parallel Cable III / IV"),
      L"XILINX_PARALLEL_CABLE_3", "xilinx3", 5, 5, kParallelSettings,
@@ -137,16 +144,17 @@ constexpr OmCableRow kCables[] = {
     {Type::EmbestEasyIce, ForTranslation("Embest EasyICE"), L"WIGGLER", "easyice", 9, 9,
      kParallelSettings, OpenParallel<OmWiggler>, nullptr}, // a Wiggler's pinout
     {Type::Ftd2xx, ForTranslation("Generic FTDI FT2232"), L"FTD2XX", "ft2232", 1, 0,
-     kFtd2xxSettings, OpenFtd2xx, ListD2xx<OmFtd2xx, OmFtd2xxRecord>},
+     kFtd2xxSettings, OpenFtd2xx, ListD2xx<OmFtd2xx, OmFtd2xxRecord>, kD2xxLibrary, kFtd2xxUsbIds,
+     true},
     {Type::DigilentAdept, ForTranslation("Digilent JTAG-USB"), L"DIGILENT_ADEPT", "digilent", 4, 4,
-     kDigilentSettings, OpenDigilent, ListDigilent},
+     kDigilentSettings, OpenDigilent, ListDigilent, kDigilentLibrary},
     {Type::JLinkUsb, ForTranslation("Segger J-Link"), L"JLINK_USB", "jlink", 2, 2,
-     kJLinkUsbSettings, OpenJLinkUsb, nullptr},
+     kJLinkUsbSettings, OpenJLinkUsb, nullptr, kJLinkLibrary, kJLinkUsbIds},
     {Type::JLinkIp, ForTranslation("Segger J-Link via TCP/IP server"), L"JLINK_IP", "jlink-ip", 3,
-     3, kJLinkIpSettings, OpenJLinkIp, nullptr},
+     3, kJLinkIpSettings, OpenJLinkIp, nullptr, kJLinkLibrary},
     {Type::AlteraUsbBlaster, ForTranslation("Altera USB-Blaster"), L"ALTERA_USB_BLASTER",
      "usb-blaster", 0, 1, kUsbBlasterSettings, OpenUsbBlaster,
-     ListD2xx<OmUsbBlaster, OmUsbBlasterRecord>},
+     ListD2xx<OmUsbBlaster, OmUsbBlasterRecord>, kUsbBlasterLibraries, kUsbBlasterUsbIds, true},
 };
 
 static_assert(std::size(kCables) == kCableTypeCount);

@@ -6,6 +6,7 @@
 
 #include "jtag/Cable.h"
 #include "jtag/ConnectionSettings.h"
+#include "platform/UsbBus.h"
 
 #include <cstdint>
 #include <limits>
@@ -77,6 +78,11 @@ struct OmCableRow {
     std::span<const OmSetting> settings; // all that decides about the connection
     std::unique_ptr<OmCable> (*open)(OmConnectionSettings&); // null on failure
     OmListedDevices (*list)();                               // null if devices have no names
+    // For telling why a connection fails: the library's names, any of which will do, and the USB
+    // identifiers of its devices, with 0 for any product of that vendor.
+    std::span<const char* const> libraries = {};
+    std::span<const OmUsbId> usbIds = {};
+    bool driverHinders = false; // a kernel driver that holds a device keeps the library from it
 
     // The setting of that role, null if the cable has none.
     const OmSetting* Find(OmSettingRole role) const;

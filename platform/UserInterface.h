@@ -39,6 +39,11 @@ class OmUserInterface {
     virtual OmAnswer ShowMessage(const std::wstring& text, const std::wstring& caption,
                                  OmMessageStyle style) = 0;
 
+    // An error box that also tells why, where that is known. The details may be long.
+    virtual void ShowFailure(const std::wstring& text, const std::wstring& /*details*/) {
+        ShowMessage(text, kProductName, kErrorBox);
+    }
+
     // Calls nest; the cursor is an hourglass while more have begun than ended.
     virtual void BeginBusyCursor() = 0;
     virtual void EndBusyCursor() = 0;

@@ -53,6 +53,14 @@ OmAnswer WxUserInterface::ShowMessage(const std::wstring& text, const std::wstri
     return FromButton(box.ShowModal(), style);
 }
 
+void WxUserInterface::ShowFailure(const std::wstring& text, const std::wstring& details) {
+    HostMessageDialog box(FindBoxParent(), FitIntoBox(text), kProductName,
+                          ToToolkitStyle(kErrorBox));
+    if (!details.empty())
+        box.SetExtendedMessage(FitIntoBox(details));
+    box.ShowModal();
+}
+
 void WxUserInterface::BeginBusyCursor() {
     wxBeginBusyCursor();
 }

@@ -8,6 +8,7 @@ class WxUserInterface : public OmUserInterface {
   public:
     OmAnswer ShowMessage(const std::wstring& text, const std::wstring& caption,
                          OmMessageStyle style) override;
+    void ShowFailure(const std::wstring& text, const std::wstring& details) override;
     void BeginBusyCursor() override;
     void EndBusyCursor() override;
 };
