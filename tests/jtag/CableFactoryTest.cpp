@@ -3,6 +3,7 @@
 #include "tests/jtag/LogCollector.h"
 
 #include <gtest/gtest.h>
+#include <iterator>
 
 TEST(CableFactory, EveryTypeHasItsLabel) {
     const char* const labels[] = {
@@ -17,6 +18,7 @@ TEST(CableFactory, EveryTypeHasItsLabel) {
         "Segger J-Link via TCP/IP server",
         "Altera USB-Blaster",
     };
+    ASSERT_EQ(static_cast<int>(std::size(labels)), kCableTypeCount);
     for (int type = 0; type < kCableTypeCount; ++type)
         EXPECT_STREQ(GetCableLabel(static_cast<OmCableType>(type)), labels[type]);
 }
