@@ -19,23 +19,20 @@ bool IsOneOf(const OmUsbDevice& device, std::span<const OmUsbId> identifiers) {
 }
 
 std::wstring Describe(const OmUsbDevice& device) {
-    const std::wstring id = OmFormat(L"USB %04X:%04X", unsigned{device.id.vendor},
-                                     unsigned{device.id.product});
+    const std::wstring id =
+        OmFormat(L"USB %04X:%04X", unsigned{device.id.vendor}, unsigned{device.id.product});
     return device.product.empty() ? id : FromLocal(device.product) + L" (" + id + L")";
 }
 
 std::wstring DescribeMissingLibrary(const OmCableRow& row) {
-    const auto isThere = [](const char* name) {
-        return GetLibraryLoader().Load(name) != nullptr;
-    };
+    const auto isThere = [](const char* name) { return GetLibraryLoader().Load(name) != nullptr; };
     if (row.libraries.empty() || std::ranges::any_of(row.libraries, isThere))
         return {};
     const char* name = row.libraries.back();
     return TranslatedFormat(
         "The vendor's library cannot be loaded: %ls. Install the vendor's software, or name the "
         "file in the environment variable %ls.",
-        FromLocal(GetHostLibraryName(name)).c_str(),
-        FromLocal(GetLibraryVariable(name)).c_str());
+        FromLocal(GetHostLibraryName(name)).c_str(), FromLocal(GetLibraryVariable(name)).c_str());
 }
 
 std::wstring DescribeKernelDriver(const OmUsbDevice& device) {
@@ -65,9 +62,8 @@ std::wstring DescribeDevices(const OmCableRow& row) {
     std::vector<OmUsbDevice> devices;
     if (row.usbIds.empty() || !GetUsbBus().ListDevices(devices))
         return {};
-    std::erase_if(devices, [&row](const OmUsbDevice& device) {
-        return !IsOneOf(device, row.usbIds);
-    });
+    std::erase_if(devices,
+                  [&row](const OmUsbDevice& device) { return !IsOneOf(device, row.usbIds); });
     if (devices.empty())
         return Translated("No device of this kind is plugged in.");
     std::wstring text;

@@ -151,8 +151,9 @@ bool OmD2xx::Open(const std::string& description, const std::string& serial,
 }
 
 bool OmD2xx::OpenBy(const OmD2xxDevice& device, const std::string& text, uint32_t flag) {
-    if (functions.SetVIDPID && IsOneOfOthers(device))
-        functions.SetVIDPID(device.id >> 16, device.id & 0xFFFF); // if it fails, so does FT_OpenEx
+    if (functions.SetVIDPID && IsOneOfOthers(device) &&
+        functions.SetVIDPID(device.id >> 16, device.id & 0xFFFF) != 0)
+        return false;
     std::string writable = text; // the library's parameter is not const
     if (functions.OpenEx(writable.data(), flag, &handle) != 0)
         handle = nullptr;

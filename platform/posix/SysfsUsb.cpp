@@ -21,8 +21,7 @@ std::string ReadAttribute(const fs::path& device, const char* name) {
 }
 
 uint16_t ReadHexadecimal(const fs::path& device, const char* name) {
-    return static_cast<uint16_t>(
-        std::strtoul(ReadAttribute(device, name).c_str(), nullptr, 16));
+    return static_cast<uint16_t>(std::strtoul(ReadAttribute(device, name).c_str(), nullptr, 16));
 }
 
 // Nodes are named by bus and device number, three digits each.
@@ -34,8 +33,8 @@ bool MayOpen(const fs::path& device, const fs::path& nodeFolder) {
     return access((nodeFolder / node).c_str(), R_OK | W_OK) == 0;
 }
 
-// Interfaces are folders below the device whose names begin with the device's own; one that a driver
-// holds has a link to it. "usbfs" is a program such as this one.
+// Interfaces are folders below the device whose names begin with the device's own; one that a
+// driver holds has a link to it. "usbfs" is a program such as this one.
 std::string FindDriver(const fs::path& device) {
     const std::string prefix = device.filename().string() + ":";
     std::error_code error;

@@ -99,9 +99,9 @@ TEST_F(DeviceChoice, DevicesWithIdentifiersOfTheirOwnAreFound) {
          "pod FT2232H description=Unknown serial=U1 usb-id=0x12345678");                  // 3
     OmConnectionSettings settings;
     settings.cableType = OmCableType::Ftd2xx;
+    EXPECT_EQ(OpenedBy(settings), 1); // by the order of the identifiers
+    settings.ftd2xxDescription = "Olimex OpenOCD JTAG";
     EXPECT_EQ(OpenedBy(settings), 0);
-    settings.ftd2xxDescription = "Amontec JTAGkey A";
-    EXPECT_EQ(OpenedBy(settings), 1);
     settings.cableType = OmCableType::AlteraUsbBlaster;
     EXPECT_EQ(OpenedBy(settings), 2);
 }

@@ -1,7 +1,11 @@
 // Whatever fails, and when: the stated text, nothing left open, and an attempt that works as soon
 // as the cause is gone.
+#include "jtag/Exception.h"
 #include "tests/cables/CableAttempt.h"
 #include "virtualboard/UsbHost.h"
+
+#include <algorithm>
+#include <iterator>
 
 namespace {
 

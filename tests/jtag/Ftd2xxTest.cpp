@@ -186,7 +186,7 @@ TEST(Ftd2xx, SlowScanIsWaitedForAsLongAsItTakes) {
     OmBitVector out;
     cable.ScanDR(OmBitVector(1000, 1), &out, kScanFromIdle, kScanToIdle);
     EXPECT_EQ(out, OmBitVector(1000, 1));
-    EXPECT_EQ(d2xx.calls[1], "FT_SetTimeouts 50 8564"); // 379 bytes of commands: at most 3,032 ms
+    EXPECT_EQ(d2xx.calls[1], "FT_SetTimeouts 50 8660"); // 385 bytes of commands: at most 3,080 ms
 }
 
 TEST(Ftd2xx, LostAnswerIsToldWithinThreeSeconds) {

@@ -25,7 +25,9 @@ class Tree {
         Write(sys_ / name / "devnum", std::to_string(number));
     }
 
-    void Write(const fs::path& path, const std::string& text) { std::ofstream(path) << text << "\n"; }
+    void Write(const fs::path& path, const std::string& text) {
+        std::ofstream(path) << text << "\n";
+    }
 
     void Hold(const std::string& device, const std::string& driver) {
         const fs::path interface = sys_ / device / (device + ":1.0");
