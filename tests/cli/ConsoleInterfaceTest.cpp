@@ -14,6 +14,15 @@ TEST(ConsoleInterface, MessagesAreLinesWithoutTheProductsName) {
     EXPECT_EQ(text.Take(), "Setup Integrity Check Error: No pins.\n");
 }
 
+TEST(ConsoleInterface, FailureIsFollowedByItsReason) {
+    StreamText text;
+    OmConsoleInterface user(text.stream, false, true);
+    user.ShowFailure(L"It failed.", L"The plug is out.");
+    EXPECT_EQ(text.Take(), "It failed.\nThe plug is out.\n");
+    user.ShowFailure(L"It failed.", L"");
+    EXPECT_EQ(text.Take(), "It failed.\n");
+}
+
 TEST(ConsoleInterface, QuietLeavesOutOnlyTheMessagesOfSuccess) {
     StreamText text;
     OmConsoleInterface user(text.stream, true, true);

@@ -57,12 +57,19 @@ TEST_F(ConnectionObstacles, NothingIsToldWhereNothingIsKnown) {
 
 TEST_F(ConnectionObstacles, MissingLibraryIsNamedAsTheHostCallsIt) {
     loader.libraries.clear();
+#ifdef _WIN32
+    const std::wstring names[] = {L"JLinkARM.dll", L"ftd2xx.dll"};
+#else
+    const std::wstring names[] = {L"libjlinkarm.so", L"libftd2xx.so"};
+#endif
     EXPECT_EQ(Describe(OmCableType::JLinkUsb),
-              L"The vendor's library cannot be loaded: libjlinkarm.so. Install the vendor's "
-              L"software, or name the file in the environment variable VELFLASH_JLINKARM.");
+              L"The vendor's library cannot be loaded: " + names[0] +
+                  L". Install the vendor's software, or name the file in the environment variable "
+                  L"VELFLASH_JLINKARM.");
     EXPECT_EQ(Describe(OmCableType::AlteraUsbBlaster),
-              L"The vendor's library cannot be loaded: libftd2xx.so. Install the vendor's "
-              L"software, or name the file in the environment variable VELFLASH_FTD2XX.");
+              L"The vendor's library cannot be loaded: " + names[1] +
+                  L". Install the vendor's software, or name the file in the environment variable "
+                  L"VELFLASH_FTD2XX.");
 }
 
 TEST_F(ConnectionObstacles, KernelDriverIsToldWithItsRemedy) {

@@ -1,6 +1,5 @@
 #include "platform/SharedLibrary.h"
 
-#include <cstdlib>
 #include <gtest/gtest.h>
 #include <string>
 
@@ -19,17 +18,6 @@ class OneFunctionLibrary : public OmSharedLibrary {
 
 TEST(SharedLibrary, AnAbsentOrUnknownLibraryCannotBeLoaded) {
     EXPECT_EQ(GetLibraryLoader().Load("no-such-vendor.dll"), nullptr);
-}
-
-TEST(SharedLibrary, UserMayNameTheFile) {
-    EXPECT_EQ(GetLibraryVariable("JLinkARM.dll"), "VELFLASH_JLINKARM");
-    EXPECT_EQ(GetLibraryOverride("JLinkARM.dll"), "");
-    ASSERT_EQ(setenv("VELFLASH_NO-SUCH-VENDOR", "libm.so.6", 1), 0);
-    EXPECT_EQ(GetLibraryOverride("no-such-vendor.dll"), "libm.so.6");
-    const auto library = GetLibraryLoader().Load("no-such-vendor.dll");
-    unsetenv("VELFLASH_NO-SUCH-VENDOR");
-    ASSERT_NE(library, nullptr);
-    EXPECT_NE(library->Resolve("cos"), nullptr);
 }
 
 TEST(SharedLibrary, OptionalEntryPointMayBeMissing) {

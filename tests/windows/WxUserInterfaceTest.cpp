@@ -39,8 +39,9 @@ const Case kCases[] = {
     {"plain", {}, wxOK | wxICON_NONE, wxID_OK, OmAnswer::Ok},
 };
 
-// The lines that a box shows, once a button has been pressed in it.
-std::vector<wxString> LinesOfBox(const std::wstring& text) {
+// The lines of the box that `show` brings up, once a button has been pressed in it.
+template <typename Show>
+std::vector<wxString> LinesOfShownBox(size_t length, Show show) {
     std::vector<wxString> lines;
     WxUserInterface userInterface;
     ModalSteps user;
@@ -52,11 +53,17 @@ std::vector<wxString> LinesOfBox(const std::wstring& text) {
             if (const auto* line = dynamic_cast<wxStaticText*>(&window))
                 lines.push_back(line->GetLabelText());
         });
-        TakeScreenshot(box, "box_of_" + std::to_string(text.size()));
+        TakeScreenshot(box, "box_of_" + std::to_string(length));
         PressButton(box, wxID_OK);
     });
-    userInterface.ShowMessage(text, L"Velmora Flash Programmer", kErrorBox);
+    show(userInterface);
     return lines;
+}
+
+std::vector<wxString> LinesOfBox(const std::wstring& text) {
+    return LinesOfShownBox(text.size(), [&text](WxUserInterface& userInterface) {
+        userInterface.ShowMessage(text, L"Velmora Flash Programmer", kErrorBox);
+    });
 }
 
 } // namespace
@@ -121,4 +128,11 @@ TEST(WxUserInterface, BusyCursorsNest) {
     EXPECT_TRUE(wxIsBusy());
     userInterface.EndBusyCursor();
     EXPECT_FALSE(wxIsBusy());
+}
+
+TEST(WxUserInterface, FailureShowsItsReasonBelowItsSentence) {
+    const std::vector<wxString> lines = LinesOfShownBox(1, [](WxUserInterface& userInterface) {
+        userInterface.ShowFailure(L"It failed.", L"The plug is out.");
+    });
+    EXPECT_EQ(lines, (std::vector<wxString>{"It failed.", "The plug is out."}));
 }
