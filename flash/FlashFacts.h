@@ -10,7 +10,7 @@
 
 struct OmFlashFacts {
     OmCommandSet commandSet = OmCommandSet::Unknown;
-    uint32_t bufferBytes = 0; // write buffer of one chip; counts only with a known command set
+    uint32_t bufferBytes = 0;    // write buffer of one chip; counts only with a known command set
     OmProgramTimes programTimes; // as the flash gives them, where it has been asked
     int waitScans = 0;           // proven by programming, for this connection; 0 for none
     bool sectorsValid = false;

@@ -95,7 +95,8 @@ bool OmFlashOperations::Program(OmProgressCallback& callback, const OmDataImage&
                     std::clamp(facts_.bufferBytes / wordSize, 1U, kMaxWordsPerBlock)});
     uint32_t count = 0; // words drawn from the image
     return ReportProgram(
-        callback, setup_.DontCheckStatus
-                      ? ProgramBlind(bus, *commands, callback, image, kBlindWait, count)
-                      : ProgramWithStatus(bus, *commands, callback, image, facts_.waitScans, count));
+        callback,
+        setup_.DontCheckStatus
+            ? ProgramBlind(bus, *commands, callback, image, kBlindWait, count)
+            : ProgramWithStatus(bus, *commands, callback, image, facts_.waitScans, count));
 }

@@ -173,8 +173,10 @@ TEST_F(WholeProgram, IntelSectorsAreLockedAndUnlocked) {
 TEST_F(WholeProgram, PodThatDoesNotOpenPointsAtTheLog) {
     environment_ = "LD_LIBRARY_PATH= "; // no vendor's library is found
     EXPECT_EQ(Run("-c jlink chain"), 1);
-    EXPECT_EQ(Errors(), "Failed to initialize a JTAG connection\nThe cable is jlink. The option "
-                        "--log shows what failed.\n");
+    EXPECT_EQ(Errors(), "Failed to initialize a JTAG connection\nThe vendor's library cannot be "
+                        "loaded: libjlinkarm.so. Install the vendor's software, or name the file "
+                        "in the environment variable VELFLASH_JLINKARM.\nThe cable is jlink. The "
+                        "option --log shows what failed.\n");
     EXPECT_EQ(Run("chain"), 1);
     EXPECT_TRUE(HasError("The cable is xilinx3, as set in velflash; --cable names another."))
         << Errors();
