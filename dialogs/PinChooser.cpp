@@ -11,13 +11,24 @@
 namespace {
 
 constexpr unsigned kDeviceCharacters = 22;
-constexpr unsigned kHintCharacters = 60;
+constexpr unsigned kLineCharacters = 60;
 
 std::wstring MakeCountHint(unsigned count) {
     return OmFormat(TranslatedPlural("%u pin fits", "%u pins fit", count).c_str(), count);
 }
 
 } // namespace
+
+// A page may have another colour than the dialog around it.
+wxTextCtrl* MakeMessageLine(wxWindow* page) {
+    wxTextCtrl* line = MakeReadOnlyLine(page, kLineCharacters);
+#ifdef __WXGTK__
+    line->SetBackgroundColour(wxTransparentColour);
+#else
+    line->SetBackgroundColour(page->GetBackgroundColour());
+#endif
+    return line;
+}
 
 wxSizer* MakeLabelled(wxWindow* label, wxWindow* control) {
     auto* column = new wxBoxSizer(wxVERTICAL);
@@ -42,10 +53,15 @@ void OmPinChooser::AddControls(wxSizer* row) {
     };
     combo_->onChanged = [this] { UpdateHint(); };
     row->Add(MakeLabelled(pinLabel, combo_), wxSizerFlags(1).Bottom().Border(wxRIGHT));
-    hint_ = MakeReadOnlyLine(parent_, kHintCharacters);
+}
+
+wxTextCtrl* OmPinChooser::MakeHintLine() {
+    hint_ = MakeMessageLine(parent_);
+    return hint_;
 }
 
 void OmPinChooser::ListDevices() {
+    lastDevice_ = wxNOT_FOUND;
     wxArrayString names;
     for (unsigned device = 0; device < session_.setup.GetDeviceCount(); ++device)
         names.push_back(FormatDeviceName(session_.setup.devices, static_cast<int>(device)));
@@ -54,8 +70,19 @@ void OmPinChooser::ListDevices() {
 }
 
 void OmPinChooser::ClearLists() {
+    if (device_->GetSelection() != wxNOT_FOUND)
+        lastDevice_ = device_->GetSelection();
     device_->Clear();
     combo_->ShowPins(nullptr, nullptr);
+}
+
+void OmPinChooser::RestoreLists() {
+    if (device_->GetCount() > 0)
+        return;
+    const int last = lastDevice_;
+    ListDevices();
+    if (last < static_cast<int>(device_->GetCount()))
+        ChooseDevice(last);
 }
 
 void OmPinChooser::Enable(bool enable) {

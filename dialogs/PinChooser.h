@@ -22,13 +22,17 @@ class OmPinChooser {
     void AddControls(wxSizer* row);
 
     // The line with the words, to be placed where there is room.
-    wxTextCtrl* GetHintLine() const { return hint_; }
+    wxTextCtrl* MakeHintLine();
 
     OmPinCombo& GetCombo() { return *combo_; }
 
-    // Lists the devices of the chain anew, or none. Nothing is chosen then.
+    // Lists the devices of the chain anew. Nothing is chosen then.
     void ListDevices();
+
+    // Empties the lists while there is nothing to choose for, and fills them again with the device
+    // that was chosen before.
     void ClearLists();
+    void RestoreLists();
     void Enable(bool enable);
 
     // Shows where a signal is connected. One that is not connected keeps the device, since its
@@ -51,10 +55,14 @@ class OmPinChooser {
 
     wxWindow* parent_;
     OmSetupSession& session_;
+    int lastDevice_ = -1; // chosen before the lists were emptied
     wxChoice* device_ = nullptr;
     OmPinCombo* combo_ = nullptr;
     wxTextCtrl* hint_ = nullptr;
 };
+
+// A line for messages that looks as a part of its page.
+wxTextCtrl* MakeMessageLine(wxWindow* page);
 
 // A label above its control.
 wxSizer* MakeLabelled(wxWindow* label, wxWindow* control);

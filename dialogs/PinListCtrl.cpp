@@ -56,14 +56,15 @@ int OmPinListCtrl::GetSelectedRow() const {
 }
 
 void OmPinListCtrl::SelectOnly(int row) {
+    constexpr long kChosen = wxLIST_STATE_SELECTED | wxLIST_STATE_FOCUSED;
+    const bool exists = row >= 0 && row < GetItemCount();
+    if (exists)
+        SetItemState(row, kChosen, kChosen);
     for (const int selected : GetSelectedRows())
         if (selected != row)
             SetItemState(selected, 0, wxLIST_STATE_SELECTED);
-    if (row < 0 || row >= GetItemCount())
-        return;
-    constexpr long kChosen = wxLIST_STATE_SELECTED | wxLIST_STATE_FOCUSED;
-    SetItemState(row, kChosen, kChosen);
-    EnsureVisible(row);
+    if (exists)
+        EnsureVisible(row);
 }
 
 void OmPinListCtrl::SelectAll() {

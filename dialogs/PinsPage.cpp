@@ -9,7 +9,6 @@
 
 namespace {
 
-constexpr unsigned kLineCharacters = 60;
 constexpr unsigned kListRows = 12;
 constexpr wchar_t kNoError[] = L"   ";
 
@@ -54,15 +53,18 @@ void OmPinsPage::AddList(wxSizer* column, std::span<const OmPinColumn> columns) 
     list_->SetMinSize(wxSize(-1, MeasureText(*list_, 1, kListRows).y));
     for (const auto& type :
          {wxEVT_LIST_ITEM_SELECTED, wxEVT_LIST_ITEM_DESELECTED, wxEVT_LIST_ITEM_FOCUSED})
-        list_->Bind(type, [this](wxListEvent&) { ShowSelection(); });
+        list_->Bind(type, [this](wxListEvent&) {
+            if (!IsBeingDeleted()) // the list loses its selection when it goes
+                ShowSelection();
+        });
     list_->Bind(wxEVT_LIST_ITEM_ACTIVATED, [this](wxListEvent&) { EditSelected(); });
     column->Add(list_, RowFlags(1));
 }
 
 void OmPinsPage::AddConflictLines(wxSizer* column) {
-    error_ = MakeReadOnlyLine(this, kLineCharacters);
+    error_ = MakeMessageLine(this);
     error_->ChangeValue(kNoError);
-    details_ = MakeReadOnlyLine(this, kLineCharacters);
+    details_ = MakeMessageLine(this);
     column->Add(error_, wxSizerFlags().Expand().Border(wxLEFT | wxRIGHT));
     column->Add(details_, wxSizerFlags().Expand().Border(wxLEFT | wxRIGHT));
 }

@@ -75,7 +75,7 @@ void OmSignalPinsPage::AddEditor(wxSizer* column) {
     level_->Append(_("high"));
     row->Add(MakeLabelled(label, level_), wxSizerFlags().Bottom());
     column->Add(row, RowFlags());
-    column->Add(chooser_.GetHintLine(), wxSizerFlags().Expand().Border(wxLEFT | wxRIGHT));
+    column->Add(chooser_.MakeHintLine(), wxSizerFlags().Expand().Border(wxLEFT | wxRIGHT));
     chooser_.findFault = [this](const OmPinChoice& pin) {
         return shownRow_ < 0 ? std::wstring() : FindPinFault(pin, GetSignalKind(shownRow_));
     };
@@ -113,10 +113,12 @@ void OmSignalPinsPage::ShowSelection() {
     remove_->Enable(list_->GetSelectedItemCount() > 0);
     fill_->Enable(row >= 0);
     ShowLevel(row);
-    if (row >= 0)
-        chooser_.ShowPin(GetSignalPin(session_.setup, row));
-    else
+    if (row < 0) {
         chooser_.ClearLists();
+        return;
+    }
+    chooser_.RestoreLists();
+    chooser_.ShowPin(GetSignalPin(session_.setup, row));
 }
 
 void OmSignalPinsPage::ShowLevel(int row) {

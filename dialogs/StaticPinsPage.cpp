@@ -58,7 +58,7 @@ void OmStaticPinsPage::AddEditor(wxSizer* column) {
     value_->Bind(wxEVT_CHOICE, [this](wxCommandEvent&) { chooser_.UpdateHint(); });
     row->Add(MakeLabelled(label, value_), wxSizerFlags().Bottom());
     column->Add(row, RowFlags());
-    column->Add(chooser_.GetHintLine(), wxSizerFlags().Expand().Border(wxLEFT | wxRIGHT));
+    column->Add(chooser_.MakeHintLine(), wxSizerFlags().Expand().Border(wxLEFT | wxRIGHT));
     chooser_.findFault = [this](const OmPinChoice& pin) {
         return FindStaticPinFault(pin, GetValue());
     };
