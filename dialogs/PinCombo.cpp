@@ -40,6 +40,8 @@ const OmPinChoice* OmPinCombo::GetPin() const {
 }
 
 void OmPinCombo::OnTyped() {
+    if (GetParent()->IsBeingDeleted())
+        return; // an open list lets go of its text only now, and the pins are gone
     if (pins_ && !IsPopupShown())
         List(pins_->Filter(GetValue().ToStdWstring()));
     onChanged();
