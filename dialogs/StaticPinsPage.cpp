@@ -104,7 +104,8 @@ void OmStaticPinsPage::ShowSelection() {
     shownRow_ = row;
     apply_->Enable(row >= 0);
     remove_->Enable(list_->GetSelectedItemCount() > 0);
-    if (row < 0)
+    // The list may still tell of a row that the setup has just lost.
+    if (row < 0 || row >= static_cast<int>(session_.setup.staticPins.size()))
         return;
     const StaticPin& pin = session_.setup.staticPins[static_cast<size_t>(row)];
     value_->SetSelection(FindValue(pin.Value));
