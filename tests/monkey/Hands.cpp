@@ -5,6 +5,7 @@
 
 #include <wx/bookctrl.h>
 #include <wx/checklst.h>
+#include <wx/htmllbox.h>
 #include <wx/hyperlink.h>
 #include <wx/listctrl.h>
 #include <wx/spinctrl.h>
@@ -107,6 +108,51 @@ std::string SelectItem(wxWindow& window, Dice& dice) {
     return "selects item " + std::to_string(row);
 }
 
+// A list that is drawn row by row.
+std::string SelectDrawnRow(wxWindow& window, Dice& dice) {
+    auto* list = dynamic_cast<wxVListBox*>(&window);
+    if (!list || dice.OneIn(3))
+        return {};
+    const int row = SomeRow(static_cast<unsigned>(list->GetItemCount()), dice);
+    list->SetSelection(row);
+    Send(*list, wxEVT_LISTBOX, row);
+    return "selects row " + std::to_string(row);
+}
+
+// Links of the list of chain devices: those that it shows, and some that it does not.
+std::string FollowChainLink(wxWindow& window, Dice& dice) {
+    static constexpr const char* kPrefixes[] = {"bsdl_", "pinmap_", "irlen_", "bsdl", "", "x_"};
+    static constexpr const char* kDevices[] = {"0",  "1", "2",           "3", "",
+                                               "-1", "x", "99999999999", "1x"};
+    auto* list = dynamic_cast<wxHtmlListBox*>(&window);
+    if (!list)
+        return {};
+    const std::string target = std::string(dice.Pick(kPrefixes)) + dice.Pick(kDevices);
+    wxHtmlLinkEvent event(list->GetId(), wxHtmlLinkInfo(target));
+    event.SetEventObject(list);
+    list->GetEventHandler()->ProcessEvent(event);
+    return "follows " + target;
+}
+
+// What is typed into a table acts on its rows.
+std::string PressListKey(wxWindow& window, Dice& dice) {
+    struct Key {
+        int code;
+        int modifiers;
+    };
+
+    static constexpr Key kKeys[] = {{WXK_DELETE, wxMOD_NONE}, {WXK_RETURN, wxMOD_NONE},
+                                    {'A', wxMOD_CONTROL},     {'C', wxMOD_CONTROL},
+                                    {'V', wxMOD_CONTROL},     {'X', wxMOD_CONTROL},
+                                    {'Z', wxMOD_CONTROL},     {WXK_DOWN, wxMOD_SHIFT}};
+    if (!dynamic_cast<wxListCtrl*>(&window) || !dice.OneIn(2))
+        return {};
+    const Key& key = dice.Pick(kKeys);
+    window.SetFocus();
+    wxUIActionSimulator().Char(key.code, key.modifiers);
+    return "presses key " + std::to_string(key.code);
+}
+
 std::string TurnPage(wxWindow& window, Dice& dice) {
     auto* book = dynamic_cast<wxBookCtrlBase*>(&window);
     if (!book || book->GetPageCount() == 0)
@@ -138,8 +184,9 @@ std::string Press(wxWindow& window, Dice&) {
     return deed;
 }
 
-constexpr Deed kDeeds[] = {Paste, TickRow,    SelectListRow, ChooseEntry, Toggle, ChooseRadio,
-                           Spin,  SelectItem, TurnPage,      FollowLink,  Press};
+constexpr Deed kDeeds[] = {Paste,       TickRow,  SelectListRow, SelectDrawnRow, FollowChainLink,
+                           ChooseEntry, Toggle,   ChooseRadio,   Spin,           PressListKey,
+                           SelectItem,  TurnPage, FollowLink,    Press};
 
 std::vector<wxWindow*> UsableControls(wxWindow& dialog) {
     std::vector<wxWindow*> controls;
@@ -177,8 +224,8 @@ std::string PlayWithSomeControl(wxDialog& dialog, Dice& dice) {
 }
 
 std::string TryToEnd(wxDialog& dialog, Dice& dice) {
-    static constexpr int kButtons[] = {wxID_OK,     wxID_OK,  wxID_OK, wxID_OK,
-                                       wxID_CANCEL, wxID_YES, wxID_NO};
+    static constexpr int kButtons[] = {wxID_OK,      wxID_OK,     wxID_OK,  wxID_OK,
+                                       wxID_FORWARD, wxID_CANCEL, wxID_YES, wxID_NO};
     switch (dice.Below(8)) {
     case 0:
         PressEscape(dialog);

@@ -3,6 +3,7 @@
 #include "data/DataFiles.h"
 #include "data/DataImage.h"
 #include "flash/FlashProgrammer.h"
+#include "tests/bsdl/BsdlSource.h"
 #include "tests/road/RoadFixture.h"
 
 #include <filesystem>
@@ -52,6 +53,15 @@ const char* const kTexts[] = {
     "Gr\xC3\xB6\xC3\x9F"
     "e \xE6\xBC\xA2\xE5\xAD\x97",
     "&&&amp; & <b>",
+    "A0",
+    "D(3)",
+    "d3",
+    "D(99999999999)",
+    "D(",
+    "(",
+    "200",
+    "A0\tDev1\tA(0)\n",
+    "CE\tDev1\tCE\thigh\r\nD0\tDev9\tD(0)\n\t\t\t\n",
     kShellBait,
 };
 
@@ -118,6 +128,7 @@ InputFiles::InputFiles() {
         folder_.Write("raw.bin", {reinterpret_cast<const char*>(bytes.data()), bytes.size()}),
         folder_.Write("one byte.bin", "x"),
         folder_.Write("empty.bin", "")};
+    goodBsdl_ = folder_.Write("sample.bsd", SampleSource());
     goodSetup_ = folder_.Path("board.velflash");
 }
 
@@ -165,6 +176,12 @@ std::string InputFiles::PickSetupToOpen(Dice& dice) const {
     if (dice.OneIn(8))
         return PickDataToOpen(dice);
     return dice.OneIn(3) ? Damage(goodSetup_, dice) : goodSetup_;
+}
+
+std::string InputFiles::PickBsdlToOpen(Dice& dice) const {
+    if (dice.OneIn(6))
+        return PickDataToOpen(dice);
+    return dice.OneIn(4) ? Damage(goodBsdl_, dice) : goodBsdl_;
 }
 
 std::string InputFiles::PickToSave(Dice& dice) const {

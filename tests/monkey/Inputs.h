@@ -24,6 +24,7 @@ class InputFiles {
 
     std::string PickDataToOpen(Dice& dice) const;
     std::string PickSetupToOpen(Dice& dice) const;
+    std::string PickBsdlToOpen(Dice& dice) const;
     std::string PickToSave(Dice& dice) const;
     std::string PickFolder(Dice& dice) const;
 
@@ -39,5 +40,6 @@ class InputFiles {
 
     TemporaryFolder folder_;
     std::vector<std::string> goodData_;
+    std::string goodBsdl_;
     std::string goodSetup_;
 };

@@ -98,8 +98,9 @@ wxString Visitor::Note(const std::string& what, const std::string& path) {
 wxString Visitor::ChooseToOpen(wxWindow*, const wxString& title, const wxString&) {
     if (dice_.OneIn(8))
         return Note("cancels " + title.ToStdString(), "");
-    return Note("opens", title.Contains("Setup") ? files_.PickSetupToOpen(dice_)
-                                                 : files_.PickDataToOpen(dice_));
+    return Note("opens", title.Contains("Setup")  ? files_.PickSetupToOpen(dice_)
+                         : title.Contains("BSDL") ? files_.PickBsdlToOpen(dice_)
+                                                  : files_.PickDataToOpen(dice_));
 }
 
 wxString Visitor::ChooseToSave(wxWindow*, const wxString& title, const wxString&,
