@@ -211,6 +211,7 @@ TEST_F(SetupFileTest, CurrentFileBecomesRecentAtTheEndOfTheRun) {
 
 TEST_F(SetupFileTest, NewSetupClearsThePathAndMakesTheFileRecent) {
     SaveAs(folder_.Path("first.velflash"));
+    dialogs_.ExpectAndPress("Setup", wxID_CANCEL);
     ChooseMenu(*frame_, wxID_NEW);
     EXPECT_EQ(frame_->GetTitle(), "Untitled - Velmora Flash Programmer");
     EXPECT_EQ(frame_->GetSetupPath(), "");
