@@ -12,7 +12,9 @@ constexpr uint32_t kDq7 = 0x80;
 // decoder looks at 11, 12 or 15.
 constexpr uint32_t kFirstUnlock = 0x55555555;
 constexpr uint32_t kSecondUnlock = 0xAAAAAAAA;
-constexpr uint32_t kQueryEntry = 0x55;
+constexpr uint32_t kExactFirstUnlock = 0x555;
+constexpr uint32_t kExactSecondUnlock = 0x2AA;
+constexpr uint8_t kContinuationCode = 0x7F; // JEDEC: the maker is in a later bank
 
 } // namespace
 
@@ -21,12 +23,21 @@ AmdFlash::AmdFlash(const FlashParameters& parameters, const BoardClock& clock)
 
 bool AmdFlash::AtFirstUnlock(uint32_t address) const {
     const uint32_t mask = (uint32_t{1} << parameters_.decodedBits) - 1;
-    return ((CommandAddress(address) ^ kFirstUnlock) & mask) == 0;
+    const uint32_t wanted = parameters_.exactUnlock ? kExactFirstUnlock : kFirstUnlock;
+    return ((CommandAddress(address) ^ wanted) & mask) == 0;
 }
 
 bool AmdFlash::AtSecondUnlock(uint32_t address) const {
     const uint32_t mask = (uint32_t{1} << parameters_.decodedBits) - 1;
-    return ((CommandAddress(address) ^ kSecondUnlock) & mask) == 0;
+    const uint32_t wanted = parameters_.exactUnlock ? kExactSecondUnlock : kSecondUnlock;
+    return ((CommandAddress(address) ^ wanted) & mask) == 0;
+}
+
+bool AmdFlash::AtQueryEntry(uint32_t address) const {
+    const QueryEntry entry = parameters_.queryEntry;
+    const bool here = (entry == QueryEntry::At55 && (CommandAddress(address) & 0xFF) == 0x55) ||
+                      (entry == QueryEntry::At555 && (CommandAddress(address) & 0x7FF) == 0x555);
+    return here && HasQueryMode();
 }
 
 void AmdFlash::ResetToArray() {
@@ -50,6 +61,8 @@ void AmdFlash::Write(uint32_t address, uint32_t data) {
         WriteWhileProgramming(command);
     else if (mode_ == Mode::Erasing)
         WriteWhileErasing(address, command);
+    else if (mode_ == Mode::PageLoad)
+        LoadPage(address, data);
     else if (mode_ == Mode::Exceeded)
         command == 0xF0 ? ResetToArray() : void();
     else if (mode_ == Mode::Aborted)
@@ -104,7 +117,7 @@ void AmdFlash::WriteIdle(uint32_t address, uint8_t command) {
         Resume();
     else if (command == 0xAA && AtFirstUnlock(address))
         step_ = Step::FirstUnlock;
-    else if (command == 0x98 && (CommandAddress(address) & 0xFF) == kQueryEntry && HasQueryMode())
+    else if (command == 0x98 && AtQueryEntry(address))
         mode_ = Mode::Query;
 }
 
@@ -142,6 +155,8 @@ void AmdFlash::WriteUnlocked(uint32_t address, uint8_t command) {
         step_ = Step::EraseSetup;
     else if (command == 0x90)
         mode_ = Mode::Autoselect;
+    else if (command == 0x98 && parameters_.queryEntry == QueryEntry::Unlocked && HasQueryMode())
+        mode_ = Mode::Query;
     else if (command == 0x20)
         bypass_ = parameters_.unlockBypass;
     else if (command == 0xF0)
@@ -149,8 +164,10 @@ void AmdFlash::WriteUnlocked(uint32_t address, uint8_t command) {
 }
 
 void AmdFlash::WriteErase(uint32_t address, uint8_t command) {
-    if (command == 0x30)
+    if (command == parameters_.sectorErase)
         StartSectorErase({SectorOfWord(address)});
+    else if (command == parameters_.blockErase && parameters_.blockBytes != 0)
+        StartSectorErase(SectorsOfBlock(address));
     else if (command == 0x10 && (bypass_ || AtFirstUnlock(address)))
         StartChipErase();
 }
@@ -170,7 +187,7 @@ void AmdFlash::WriteWhileErasing(uint32_t address, uint8_t command) {
         pauseAt_ = window ? clock_.Now() : After(parameters_.times.suspendMicroseconds);
     if (suspends || !window)
         return;
-    if (command != 0x30) {
+    if (command != parameters_.sectorErase) {
         ResetToArray();
         return;
     }
@@ -238,6 +255,7 @@ uint32_t AmdFlash::Read(uint32_t address) {
     Settle();
     switch (mode_) {
     case Mode::Array:
+    case Mode::PageLoad:
         return InPausedErase(address) ? PausedEraseStatus() : Word(address);
     case Mode::Autoselect:
         return Identifier(address) & WordMask();
@@ -251,11 +269,20 @@ uint32_t AmdFlash::Read(uint32_t address) {
 uint32_t AmdFlash::Identifier(uint32_t address) const {
     switch (CommandAddress(address) & 0xFF) {
     case 0:
-        return parameters_.manufacturer;
+        return parameters_.continuation == Continuation::AtManufacturer &&
+                       !(CommandAddress(address) & 0x100)
+                   ? kContinuationCode
+                   : parameters_.manufacturer;
     case 1:
         return parameters_.device;
     case 2:
         return (parameters_.statusFill & ~0xFFu) | (IsProtected(SectorOfWord(address)) ? 1 : 0);
+    case 3:
+        return parameters_.continuation == Continuation::AtThree ? kContinuationCode : 0;
+    case 0x0E:
+        return parameters_.device2;
+    case 0x0F:
+        return parameters_.device3;
     default:
         return 0;
     }

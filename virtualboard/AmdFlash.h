@@ -22,7 +22,9 @@ class AmdFlash : public FlashModel {
 
     void Settle() override;
 
-    bool Busy() const override { return mode_ == Mode::Programming || mode_ == Mode::Erasing; }
+    bool Busy() const override {
+        return mode_ == Mode::Programming || mode_ == Mode::Erasing || mode_ == Mode::PageLoad;
+    }
 
     std::string State() const override;
     void Restore(const std::string& state) override;
@@ -32,6 +34,7 @@ class AmdFlash : public FlashModel {
         Array,
         Autoselect,
         Query,
+        PageLoad, // of a chip that writes whole pages: more bytes may come
         Programming,
         Erasing,
         Exceeded, // DQ5: the operation failed, only a reset helps
@@ -68,6 +71,8 @@ class AmdFlash : public FlashModel {
 
     bool AtFirstUnlock(uint32_t address) const;
     bool AtSecondUnlock(uint32_t address) const;
+    bool AtQueryEntry(uint32_t address) const;
+    std::set<uint32_t> SectorsOfBlock(uint32_t address) const;
 
     uint32_t CommandAddress(uint32_t address) const { return address >> parameters_.commandShift; }
 
@@ -87,6 +92,8 @@ class AmdFlash : public FlashModel {
     void ConfirmBuffer(uint32_t address, uint8_t command);
     void AbortBuffer();
 
+    void LoadPage(uint32_t address, uint32_t value);
+    void StartPage();
     void StartWord(uint32_t address, uint32_t value);
     void StartProgram(uint32_t microseconds);
     void StartSectorErase(std::set<uint32_t> sectors);

@@ -25,8 +25,38 @@ constexpr uint64_t kNever = std::numeric_limits<uint64_t>::max();
 } // namespace
 
 void AmdFlash::StartWord(uint32_t address, uint32_t value) {
+    buffer_.clear();
+    if (parameters_.pageBytes != 0)
+        return LoadPage(address, value);
     buffer_.assign(1, {address, value});
     StartProgram(parameters_.times.wordMicroseconds);
+}
+
+// Each byte sets the time anew in which the next one must come; those of other pages are lost.
+void AmdFlash::LoadPage(uint32_t address, uint32_t value) {
+    const uint32_t pageWords = parameters_.pageBytes / parameters_.WordBytes();
+    if (buffer_.empty() || buffer_.front().address / pageWords == address / pageWords)
+        PutInBuffer(address, value);
+    mode_ = Mode::PageLoad;
+    running_ = {.mode = mode_, .end = After(parameters_.times.pageLoadMicroseconds)};
+}
+
+// The page is erased first: what was not loaded is blank afterwards.
+void AmdFlash::StartPage() {
+    const uint32_t pageWords = parameters_.pageBytes / parameters_.WordBytes();
+    const uint32_t start = buffer_.front().address / pageWords * pageWords;
+    for (uint32_t i = 0; i < pageWords; ++i)
+        SetWord(start + i, WordMask());
+    StartProgram(parameters_.times.wordMicroseconds);
+}
+
+std::set<uint32_t> AmdFlash::SectorsOfBlock(uint32_t address) const {
+    const uint32_t blockWords = parameters_.blockBytes / parameters_.WordBytes();
+    const uint32_t start = address / blockWords * blockWords;
+    std::set<uint32_t> sectors;
+    for (uint32_t word = start; word - start < blockWords; ++word)
+        sectors.insert(SectorOfWord(word));
+    return sectors;
 }
 
 // What is in the buffer, all of it in one sector.
@@ -104,6 +134,8 @@ void AmdFlash::Settle() {
     }
     earlyDq5Shown_ = false;
     pauseAt_ = 0;
+    if (mode_ == Mode::PageLoad)
+        return StartPage();
     if (mode_ == Mode::Programming)
         FinishProgram();
     else

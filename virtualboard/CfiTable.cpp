@@ -88,16 +88,32 @@ void WriteTimes(TableWriter& table, const FlashParameters& flash) {
                Exponent(static_cast<uint32_t>(flash.ChipEraseMicroseconds() / 1000)));
     for (size_t i = 0; i < 4; ++i)
         table.Byte(kMaximumTimes + i, Exponent(times.limitFactor));
+    for (size_t i = 0; i < flash.cfiTimes.size(); ++i)
+        table.Byte(kTypicalTimes + i, flash.cfiTimes[i]);
+}
+
+const std::vector<SectorGroup>& Regions(const FlashParameters& flash) {
+    return flash.cfiSectors.empty() ? flash.sectors : flash.cfiSectors;
 }
 
 void WriteRegions(TableWriter& table, const FlashParameters& flash) {
-    table.Byte(kRegionCount, static_cast<uint32_t>(flash.sectors.size()));
+    table.Byte(kRegionCount, static_cast<uint32_t>(Regions(flash).size()));
     size_t address = kRegions;
-    for (const SectorGroup& group : flash.sectors) {
+    for (const SectorGroup& group : Regions(flash)) {
         table.Word(address, group.count - 1);
         table.Word(address + 2, group.bytes / 256); // 0 for sectors of 128 bytes
         address += kBytesPerRegion;
     }
+}
+
+void WritePrimary(TableWriter& table, const FlashParameters& flash, size_t primary) {
+    table.Text(primary, ("PRI" + std::to_string(flash.primaryVersion)).c_str());
+    for (size_t i = 0; i + 1 < flash.primaryBytes.size(); i += 2)
+        table.Byte(primary + flash.primaryBytes[i], flash.primaryBytes[i + 1]);
+}
+
+uint32_t BufferExponent(const FlashParameters& flash) {
+    return Exponent(flash.cfiBufferBytes != 0 ? flash.cfiBufferBytes : flash.bufferBytes);
 }
 
 } // namespace
@@ -105,9 +121,9 @@ void WriteRegions(TableWriter& table, const FlashParameters& flash) {
 std::vector<uint8_t> MakeCfiTable(const FlashParameters& flash) {
     if (flash.cfi == CfiKind::None)
         return {};
-    const size_t regionsEnd = kRegions + kBytesPerRegion * flash.sectors.size();
+    const size_t regionsEnd = kRegions + kBytesPerRegion * Regions(flash).size();
     const size_t extended = std::max<size_t>(0x40, regionsEnd);
-    TableWriter table(std::max<size_t>(0x80, extended + 16));
+    TableWriter table(std::max<size_t>(0x80, extended + 32));
     const bool isShort = flash.cfi == CfiKind::Short;
     WriteCodes(table, flash, isShort ? kShortTable : static_cast<uint16_t>(extended));
     table.Byte(kVoltages, 0x27); // 2.7 V
@@ -115,11 +131,11 @@ std::vector<uint8_t> MakeCfiTable(const FlashParameters& flash) {
     WriteTimes(table, flash);
     table.Byte(kDeviceSize, Exponent(flash.SizeBytes()));
     table.Word(kInterface, InterfaceCode(flash));
-    table.Word(kBufferSize, flash.bufferBytes ? Exponent(flash.bufferBytes) : 0);
+    table.Word(kBufferSize, BufferExponent(flash));
     if (flash.cfi != CfiKind::NoRegions)
         WriteRegions(table, flash);
     const size_t primary = isShort ? kShortTable : extended;
-    table.Text(primary, "PRI13");
+    WritePrimary(table, flash, primary);
     return table.Take();
 }
 

@@ -30,6 +30,11 @@ constexpr Named<Suspends> kSuspends[] = {
     {"none", Suspends::None}, {"erase", Suspends::Erase}, {"all", Suspends::All}};
 constexpr Named<BypassCommands> kBypassCommands[] = {{"program", BypassCommands::Program},
                                                      {"all", BypassCommands::All}};
+constexpr Named<QueryEntry> kQueryEntries[] = {
+    {"55", QueryEntry::At55}, {"555", QueryEntry::At555}, {"unlocked", QueryEntry::Unlocked}};
+constexpr Named<Continuation> kContinuations[] = {{"none", Continuation::None},
+                                                  {"manufacturer", Continuation::AtManufacturer},
+                                                  {"three", Continuation::AtThree}};
 constexpr Named<bool> kSwitches[] = {{"no", false}, {"yes", true}};
 
 template <typename Value, size_t count>
@@ -81,11 +86,45 @@ Key ChoiceKey(const char* name, Value FlashParameters::*field, const Named<Value
             [field, &table](const FlashParameters& flash) { return ToName(table, flash.*field); }};
 }
 
-Key SectorsKey() {
-    return {
-        "sectors",
-        [](FlashParameters& flash, const std::string& text) { flash.sectors = ParseSectors(text); },
-        [](const FlashParameters& flash) { return FormatSectors(flash.sectors); }};
+std::vector<std::string> Split(const std::string& text, char separator) {
+    std::vector<std::string> parts;
+    for (size_t start = 0; start <= text.size();) {
+        const size_t end = std::min(text.find(separator, start), text.size());
+        parts.push_back(text.substr(start, end - start));
+        start = end + 1;
+    }
+    return parts;
+}
+
+std::vector<uint32_t> ParseNumbers(const std::string& text) {
+    std::vector<uint32_t> numbers;
+    if (!text.empty())
+        for (const std::string& part : Split(text, ','))
+            numbers.push_back(ParseNumber(part));
+    return numbers;
+}
+
+std::string FormatNumbers(const std::vector<uint32_t>& numbers) {
+    std::string text;
+    for (uint32_t number : numbers)
+        text += (text.empty() ? "" : ",") + std::to_string(number);
+    return text;
+}
+
+Key SectorsKey(const char* name, std::vector<SectorGroup> FlashParameters::*field) {
+    return {name,
+            [field](FlashParameters& flash, const std::string& text) {
+                flash.*field = text.empty() ? std::vector<SectorGroup>() : ParseSectors(text);
+            },
+            [field](const FlashParameters& flash) { return FormatSectors(flash.*field); }};
+}
+
+Key ListKey(const char* name, std::vector<uint32_t> FlashParameters::*field) {
+    return {name,
+            [field](FlashParameters& flash, const std::string& text) {
+                flash.*field = ParseNumbers(text);
+            },
+            [field](const FlashParameters& flash) { return FormatNumbers(flash.*field); }};
 }
 
 const std::vector<Key>& Keys() {
@@ -111,13 +150,28 @@ const std::vector<Key>& Keys() {
         ChoiceKey("busy-read-modes", &P::busyReadModes, kSwitches),
         ChoiceKey("cfi", &P::cfi, kCfiKinds),
         NumberKey("primary", &P::primaryCode),
-        SectorsKey(),
+        SectorsKey("sectors", &P::sectors),
+        SectorsKey("cfi-sectors", &P::cfiSectors),
+        ListKey("cfi-times", &P::cfiTimes),
+        NumberKey("cfi-buffer", &P::cfiBufferBytes),
+        NumberKey("primary-version", &P::primaryVersion),
+        ListKey("primary-bytes", &P::primaryBytes),
+        ChoiceKey("query-entry", &P::queryEntry, kQueryEntries),
+        ChoiceKey("exact-unlock", &P::exactUnlock, kSwitches),
+        ChoiceKey("continuation", &P::continuation, kContinuations),
+        NumberKey("id2", &P::device2),
+        NumberKey("id3", &P::device3),
+        NumberKey("sector-erase", &P::sectorErase),
+        NumberKey("block-erase", &P::blockErase),
+        NumberKey("block", &P::blockBytes),
+        NumberKey("page", &P::pageBytes),
         TimeKey("word-us", &T::wordMicroseconds),
         TimeKey("buffer-us", &T::bufferMicroseconds),
         TimeKey("sector-us", &T::sectorMicroseconds),
         TimeKey("chip-us", &T::chipMicroseconds),
         TimeKey("window-us", &T::eraseWindowMicroseconds),
         TimeKey("lock-us", &T::lockMicroseconds),
+        TimeKey("page-load-us", &T::pageLoadMicroseconds),
         TimeKey("limit-factor", &T::limitFactor),
         TimeKey("program-limit-factor", &T::programLimitFactor),
         TimeKey("suspend-us", &T::suspendMicroseconds),
@@ -131,7 +185,8 @@ struct Model {
     const char* keys;
 };
 
-// Invented chips, each of the kind that its name says. Later keys overrule earlier ones.
+// Invented chips, each of the kind that its name says, and some like real ones. Later keys overrule
+// earlier ones.
 constexpr Model kModels[] = {
     {"amd16-64m", "set=amd width=16 id=0x227E buffer=32 sectors=128x64K"},
     {"amd16-64m-top", "set=amd width=16 id=0x2201 sectors=127x64K,8x8K"},
@@ -147,17 +202,50 @@ constexpr Model kModels[] = {
     {"intel8-std", "set=intel width=8 manufacturer=0x89 id=0xA6 sectors=32x64K locks=none"},
     {"intel32-128m",
      "set=intel width=32 manufacturer=0x89 id=0x17 buffer=64 sectors=64x256K locks=together"},
+    // By the data sheets of real ones, but for the erase times.
+    {"s29gl128n", "set=amd width=16 id=0x227E id2=0x2221 id3=0x2201 buffer=32 sectors=128x128K "
+                  "word-us=60 buffer-us=240 least-percent=33 chip-us=0 suspend=all "
+                  "bypass-commands=all cfi-times=7,7,10,0,1,5,4,0 primary-bytes=15,4"},
+    {"s29gl064n-top", "set=amd width=16 id=0x227E id2=0x2210 id3=0x2201 buffer=32 "
+                      "sectors=127x64K,8x8K cfi-sectors=8x8K,127x64K suspend=all "
+                      "primary-bytes=15,3"},
+    // A table of 64 sectors for a chip of 128.
+    {"s29gl064n-short", "set=amd width=16 id=0x227E id2=0x220C id3=0x2201 buffer=32 "
+                        "sectors=128x64K cfi-sectors=64x64K suspend=all primary-bytes=15,4"},
+    // Primary table 1.0: the boot block is told by bit 7 of the device identifier alone.
+    {"am29lv160-top", "set=amd width=16 id=0x22C4 sectors=31x64K,1x32K,2x8K,1x16K suspend=erase "
+                      "cfi-sectors=1x16K,2x8K,1x32K,31x64K primary-version=10"},
+    {"at49bv-top", "set=amd width=16 manufacturer=0x1F id=0xC2 sectors=31x64K,8x8K "
+                   "cfi-sectors=8x8K,31x64K primary-version=10 primary-bytes=6,0 bypass=no"},
+    // Both ways to erase it stand in the table, which so sums to twice the chip.
+    {"sst39vf1601", "set=amd width=16 decode=15 manufacturer=0xBF id=0x234B bypass=no window-us=0 "
+                    "sectors=512x4K cfi-sectors=512x4K,32x64K block=64K block-erase=0x50 "
+                    "query-entry=unlocked primary=0x0701"},
+    {"sst39vf1601c", "set=amd width=16 manufacturer=0xBF id=0x234F window-us=0 bypass=no "
+                     "sectors=512x4K cfi-sectors=512x4K,32x64K block=64K block-erase=0x30 "
+                     "sector-erase=0x50 query-entry=555"},
+    // A buffer with no time of its own in the table.
+    {"m29w128g", "set=amd width=16 manufacturer=0x20 id=0x227E id2=0x2221 id3=0x2201 buffer=64 "
+                 "sectors=128x128K suspend=all cfi-times=4,0,9,16,4,0,3,3 primary-bytes=15,4"},
+    {"m29ew-x8", "set=amd width=8 shift=1 manufacturer=0x89 id=0x7E id2=0x22 id3=0x01 buffer=256 "
+                 "cfi-buffer=1024 sectors=64x128K suspend=all primary-bytes=15,4"},
+    {"s29ns-exact", "set=amd width=16 id=0x277E id2=0x2234 id3=0x2200 buffer=64 decode=16 "
+                    "exact-unlock=yes query-entry=555 sectors=127x64K,4x16K suspend=all"},
+    {"en29lv160-top", "set=amd width=16 manufacturer=0x1C id=0x22C4 continuation=manufacturer "
+                      "sectors=31x64K,1x32K,2x8K,1x16K cfi=none suspend=erase"},
+    {"pm39lv040", "set=amd width=8 manufacturer=0x9D id=0x3E continuation=three bypass=no "
+                  "sectors=128x4K cfi=none window-us=0"},
+    {"am29lv040", "set=amd width=8 id=0x4F sectors=8x64K cfi=none suspend=erase"},
+    {"at29c040a", "set=amd width=8 decode=15 manufacturer=0x1F id=0xA4 sectors=1x512K cfi=none "
+                  "page=256 word-us=10000 bypass=no"},
+    {"w30", "set=intel width=16 manufacturer=0x89 id=0x8854 sectors=63x64K,8x8K locks=single "
+            "partitions=8 busy-read-modes=yes suspend=all"},
+    {"l18", "set=intel width=16 manufacturer=0x89 id=0x880B buffer=64 sectors=63x128K,4x32K "
+            "locks=single partitions=8 suspend=all"},
+    // The performance code of the command set's maker.
+    {"m18", "set=intel width=16 manufacturer=0x89 id=0x8903 buffer=1024 sectors=32x256K "
+            "locks=single partitions=8 suspend=all primary=0x0200"},
 };
-
-std::vector<std::string> Split(const std::string& text, char separator) {
-    std::vector<std::string> parts;
-    for (size_t start = 0; start <= text.size();) {
-        const size_t end = std::min(text.find(separator, start), text.size());
-        parts.push_back(text.substr(start, end - start));
-        start = end + 1;
-    }
-    return parts;
-}
 
 void SetFlashParameters(FlashParameters& flash, const std::string& keys) {
     for (const std::string& part : Split(keys, ' ')) {

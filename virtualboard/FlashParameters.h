@@ -22,6 +22,19 @@ enum class LockScheme {
     Together // one unlock command frees all blocks; locks last over power
 };
 
+// How the query mode of an AMD chip is entered.
+enum class QueryEntry {
+    At55,     // 98h where the low byte of the address is 55h
+    At555,    // 98h where its low 11 bits are 555h
+    Unlocked, // AAh, 55h, 98h at the unlock addresses, and in no other way
+};
+// Where an AMD chip of a later JEDEC bank answers 7Fh.
+enum class Continuation {
+    None,
+    AtManufacturer, // in place of the manufacturer, unless A8 is high
+    AtThree,        // at address 3
+};
+
 // What B0h interrupts on an AMD chip; only 30h goes on.
 enum class Suspends {
     None,  // ignored
@@ -45,9 +58,10 @@ struct FlashTimes {
     uint32_t chipMicroseconds = 1'000'000; // 0: the sectors' times together
     uint32_t eraseWindowMicroseconds = 50; // AMD: time for further sector erase commands
     uint32_t lockMicroseconds = 20;
-    uint32_t limitFactor = 4;         // DQ5 shows after this many times the usual time
-    uint32_t programLimitFactor = 1;  // the same for a word or buffer that fails
-    uint32_t suspendMicroseconds = 5; // from B0h until the array can be read
+    uint32_t pageLoadMicroseconds = 150; // a page is written when no byte came for so long
+    uint32_t limitFactor = 4;            // DQ5 shows after this many times the usual time
+    uint32_t programLimitFactor = 1;     // the same for a word or buffer that fails
+    uint32_t suspendMicroseconds = 5;    // from B0h until the array can be read
     uint32_t leastPercent = 100; // each program and erase takes from so much of its time to all
 };
 
@@ -72,6 +86,22 @@ struct FlashParameters {
     CfiKind cfi = CfiKind::Full;
     uint16_t primaryCode = 0; // 0: what follows from the command set
     std::vector<SectorGroup> sectors;
+    // Where the CFI table is not what the chip is; empty or 0: it is.
+    std::vector<SectorGroup> cfiSectors;
+    std::vector<uint32_t> cfiTimes; // the bytes from 1Fh on
+    uint32_t cfiBufferBytes = 0;
+    uint32_t primaryVersion = 13;       // "1.3"
+    std::vector<uint32_t> primaryBytes; // offset and value in turn, in the primary table
+    QueryEntry queryEntry = QueryEntry::At55;
+    bool exactUnlock = false; // 555h and 2AAh, and zeros above them, as far as the decoder looks
+    Continuation continuation = Continuation::None;
+    uint32_t device2 = 0; // autoselect 0Eh and 0Fh
+    uint32_t device3 = 0;
+    // AMD: the commands that end an erase sequence, for one sector and for a block of sectors.
+    uint32_t sectorErase = 0x30;
+    uint32_t blockErase = 0;
+    uint32_t blockBytes = 0; // 0: there is no such command
+    uint32_t pageBytes = 0;  // a chip that erases and writes whole pages; 0 for all others
     FlashTimes times;
 
     uint32_t SizeBytes() const;
