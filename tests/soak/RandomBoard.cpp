@@ -19,11 +19,40 @@ constexpr uint32_t kBufferTimes[] = {30, 60, 120, 240, 500, 700, 1200, 2500};
 constexpr const char* kAmdBuffers[] = {"32", "32", "64", "16"};
 constexpr const char* kIntelBuffers[] = {"32", "64", "64"};
 
+// Whose tables have to be understood before a word can be written.
+constexpr const char* kNamed[] = {"s29gl128n",    "s29gl064n-top", "am29lv160-top",
+                                  "sst39vf1601c", "m29w128g",      "m29ew-x8",
+                                  "w30",          "l18",           "m18"};
+
 class Drawer {
   public:
     explicit Drawer(Dice& dice) : dice_(dice) {}
 
     SoakBoard Draw() {
+        if (dice_.Percent(10))
+            DrawNamed();
+        else
+            DrawInvented();
+        DrawSeeds();
+        DrawChain();
+        board_.frequency = dice_.From(kFrequencies);
+        board_.description += " TCK=" + std::to_string(board_.frequency);
+        return std::move(board_);
+    }
+
+  private:
+    void DrawNamed() {
+        const char* name = dice_.From(kNamed);
+        const vb::FlashParameters flash = vb::FlashByName(name);
+        board_.builder.Flash(flash);
+        board_.description += std::string(" model=") + name;
+        board_.intel = flash.commandSet == vb::CommandSet::Intel;
+        board_.bypass = flash.unlockBypass && !board_.intel && dice_.Percent(30);
+        bus_ = {1, flash.widthBits};
+        Set("least-percent", "33");
+    }
+
+    void DrawInvented() {
         board_.intel = dice_.Percent(30);
         bus_ = dice_.From(kBuses);
         board_.builder.Chips(bus_.chips);
@@ -36,14 +65,8 @@ class Drawer {
             DrawAmd();
         else
             DrawIntel();
-        DrawSeeds();
-        DrawChain();
-        board_.frequency = dice_.From(kFrequencies);
-        board_.description += " TCK=" + std::to_string(board_.frequency);
-        return std::move(board_);
     }
 
-  private:
     void Set(const std::string& key, const std::string& value) {
         board_.builder.Set(key, value);
         board_.description += " " + key + "=" + value;

@@ -33,6 +33,8 @@ class ExpectedArray {
         uint64_t count = 0;
         for (size_t chip = 0; chip < chips_.size(); ++chip) {
             const std::vector<uint8_t>& bytes = board.Flash(chip).Model().Bytes();
+            if (bytes == chips_[chip])
+                continue;
             for (size_t i = 0; i < bytes.size(); ++i)
                 if (bytes[i] != chips_[chip][i] && count++ == 0)
                     first = Describe(chip, i, bytes[i]);
@@ -108,18 +110,20 @@ class Run {
     void LeaveState() {
         if (!dice_.Percent(15))
             return;
-        const bool bypass = !drawn_.intel && dice_.Percent(50);
+        const bool bypass =
+            !drawn_.intel && road_.built.flash.unlockBypass && dice_.Percent(50);
         result_.description += bypass ? " left-in-bypass" : " left-in-autoselect";
         for (size_t chip = 0; chip < road_.board->FlashCount(); ++chip)
             LeaveState(road_.board->Flash(chip).Model(), bypass);
     }
 
     void LeaveState(vb::FlashModel& model, bool bypass) const {
+        const unsigned shift = road_.built.flash.commandShift;
         if (!drawn_.intel) {
-            model.Write(0x555, 0xAA);
-            model.Write(0x2AA, 0x55);
+            model.Write(0x555u << shift, 0xAA);
+            model.Write(0x2AAu << shift, 0x55);
         }
-        model.Write(0x555, bypass ? 0x20 : 0x90);
+        model.Write(0x555u << shift, bypass ? 0x20 : 0x90);
     }
 
     void MakeReady(bool erases) {
