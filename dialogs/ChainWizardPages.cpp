@@ -1,7 +1,7 @@
 #include "dialogs/ChainWizardPages.h"
 
 #include "dialogs/ChainExamination.h"
-#include "dialogs/ChainExamWizard.h"
+#include "dialogs/ChainExamResult.h"
 #include "flash/FlashProgrammer.h"
 #include "jtag/ui/CableSettingsPanel.h"
 #include "widgets/DialogLayout.h"
@@ -25,8 +25,8 @@ wxStaticText* MakeHeading(wxWindow* parent, const wxString& text) {
 
 } // namespace
 
-OmCableWizardPage::OmCableWizardPage(OmChainExamWizard* wizard)
-    : wxWizardPageSimple(wizard), wizard_(wizard) {
+OmCableWizardPage::OmCableWizardPage(wxWizard* wizard, OmChainExamResult& result)
+    : wxWizardPageSimple(wizard), result_(result) {
     auto* column = new wxBoxSizer(wxVERTICAL);
     column->Add(MakeHeading(this, _("Set up the JTAG Connection")), RowFlags());
     panel_ = new OmCableSettingsPanel(this);
@@ -44,15 +44,15 @@ bool OmCableWizardPage::TransferDataToWindow() {
 bool OmCableWizardPage::TransferDataFromWindow() {
     if (!panel_->TransferDataFromWindow())
         return false;
-    wizard_->adaptiveClockingAccepted = panel_->IsAdaptiveWarningAnswered();
+    result_.adaptiveClockingAccepted = panel_->IsAdaptiveWarningAnswered();
     OmFlashProgrammer& programmer = OmFlashProgrammer::GetInstance();
     programmer.settings = panel_->GetSettings();
     programmer.CloseCable(); // the user may have plugged it in meanwhile
     return programmer.OpenCable();
 }
 
-OmChainWizardPage::OmChainWizardPage(OmChainExamWizard* wizard)
-    : wxWizardPageSimple(wizard), wizard_(wizard) {
+OmChainWizardPage::OmChainWizardPage(wxWizard* wizard, OmChainExamResult& result)
+    : wxWizardPageSimple(wizard), result_(result) {
     auto* column = new wxBoxSizer(wxVERTICAL);
     column->Add(MakeHeading(this, _("The Detected JTAG Chain")), RowFlags());
     wxPanel* frame = MakeFrame(this);
@@ -96,8 +96,8 @@ bool OmChainWizardPage::TransferDataToWindow() {
     report_->SetPage(MakeChainPage(rows, chain.beginningHidden));
     ShowHiddenGroup(chain.beginningHidden,
                     rows.empty() ? wxString() : wxString(MakePrecedingLabel(rows.front())));
-    wizard_->devices = std::move(chain.devices);
-    wizard_->irBits = std::move(chain.irBits);
+    result_.devices = std::move(chain.devices);
+    result_.irBits = std::move(chain.irBits);
     return true;
 }
 
@@ -109,12 +109,12 @@ void OmChainWizardPage::ShowHiddenGroup(bool show, const wxString& label) {
 }
 
 void OmChainWizardPage::EnableNext(bool enable) {
-    wizard_->FindWindow(wxID_FORWARD)->Enable(enable);
+    GetParent()->FindWindow(wxID_FORWARD)->Enable(enable);
 }
 
 bool OmChainWizardPage::TransferDataFromWindow() {
     if (!wxWizardPageSimple::TransferDataFromWindow())
         return false;
-    InsertPrecedingDevices(wizard_->devices, static_cast<unsigned>(precedingCount_->GetValue()));
+    InsertPrecedingDevices(result_.devices, static_cast<unsigned>(precedingCount_->GetValue()));
     return true;
 }

@@ -1,10 +1,10 @@
-// The two pages of the chain wizard.
+// The two pages of the chain wizard. The wizard and the result outlive them.
 #pragma once
 
 #include <wx/wizard.h>
 
 class OmCableSettingsPanel;
-class OmChainExamWizard;
+struct OmChainExamResult;
 class wxHtmlWindow;
 class wxSizer;
 class wxSpinCtrl;
@@ -14,20 +14,20 @@ class wxStaticText;
 // The connection. Next opens it anew, and stays here if that fails.
 class OmCableWizardPage : public wxWizardPageSimple {
   public:
-    explicit OmCableWizardPage(OmChainExamWizard* wizard);
+    explicit OmCableWizardPage(wxWizard* wizard, OmChainExamResult& result);
 
     bool TransferDataToWindow() override;
     bool TransferDataFromWindow() override;
 
   private:
-    OmChainExamWizard* wizard_;
+    OmChainExamResult& result_;
     OmCableSettingsPanel* panel_;
 };
 
 // Examines the chain when it is shown. Without a chain there is no way on.
 class OmChainWizardPage : public wxWizardPageSimple {
   public:
-    explicit OmChainWizardPage(OmChainExamWizard* wizard);
+    explicit OmChainWizardPage(wxWizard* wizard, OmChainExamResult& result);
 
     bool TransferDataToWindow() override;
     bool TransferDataFromWindow() override;
@@ -37,7 +37,7 @@ class OmChainWizardPage : public wxWizardPageSimple {
     void EnableNext(bool enable);
     void ShowHiddenGroup(bool show, const wxString& label);
 
-    OmChainExamWizard* wizard_;
+    OmChainExamResult& result_;
     wxHtmlWindow* report_ = nullptr;
     wxStaticBoxSizer* hiddenGroup_ = nullptr; // about devices that cannot be detected
     wxStaticText* label_ = nullptr;

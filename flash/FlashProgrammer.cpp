@@ -2,6 +2,7 @@
 #include "flash/FlashProgrammer.h"
 
 #include "flash/BoundaryScanBus.h"
+#include "flash/CfiTimes.h"
 #include "flash/CommandSets.h"
 #include "flash/Identification.h"
 #include "flash/InstructionTable.h"

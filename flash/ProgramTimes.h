@@ -1,11 +1,7 @@
-// How long the chips themselves say that programming takes: the times of the CFI table (JESD68),
-// from which the search for the wait starts.
+// How long programming takes as far as is known ahead: from there the search for the wait starts.
 #pragma once
 
-#include "flash/Cfi.h"
-
 #include <cstdint>
-#include <span>
 
 // In microseconds; 0 where the chips do not say.
 struct OmProgramTime {
@@ -21,6 +17,3 @@ struct OmProgramTimes {
 
     bool operator==(const OmProgramTimes&) const = default;
 };
-
-// The longest that any of the chips says of itself. A figure that no flash needs counts as none.
-OmProgramTimes FindProgramTimes(std::span<const OmCfiBuffer> chips);

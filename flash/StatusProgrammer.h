@@ -26,7 +26,7 @@
 // GivingUp: the item is counted; the proven wait stays what it is.
 #pragma once
 
-#include "flash/BulkProgramming.h"
+#include "flash/BulkCommands.h"
 #include "flash/WaitTuner.h"
 
 #include <cstdint>

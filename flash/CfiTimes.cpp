@@ -1,4 +1,4 @@
-#include "flash/ProgramTimes.h"
+#include "flash/CfiTimes.h"
 
 #include <algorithm>
 
