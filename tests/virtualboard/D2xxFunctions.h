@@ -4,6 +4,7 @@
 #include <cstdint>
 
 extern "C" {
+uint32_t FT_SetVIDPID(uint32_t vendor, uint32_t product);
 uint32_t FT_CreateDeviceInfoList(uint32_t* count);
 uint32_t FT_GetDeviceInfoDetail(uint32_t index, uint32_t* flags, uint32_t* type, uint32_t* id,
                                 uint32_t* location, void* serial, void* description, void** handle);

@@ -23,6 +23,7 @@ void JLINKARM_ClrError();
 void JLINKARM_SetSpeed(uint32_t kilohertz);
 void JLINKARM_JTAG_StoreGetRaw(const uint8_t* tdi, uint8_t* tdo, const uint8_t* tms, uint32_t bits);
 void JLINKARM_JTAG_StoreRaw(const uint8_t* tdi, const uint8_t* tms, uint32_t bits);
+void JLINKARM_JTAG_SyncBits();
 int DpcInit(int* error);
 void DpcTerm();
 int DvmgGetDevCount(int* error);
@@ -30,7 +31,7 @@ int DvmgGetDevName(int index, char* name, int* error);
 int DpcOpenJtag(void** handle, const char* name, int* error, void*);
 int DpcCloseJtag(void* handle, int* error);
 int DpcEnableJtag(void* handle, int* error, void*);
-int DpcDisableJtag(void* handle, int* error);
+int DpcDisableJtag(void* handle, int* error, void*);
 int DpcPutTdiBits(void* handle, int count, const uint8_t* tdi, int tms, int returnTdo, uint8_t* tdo,
                   int* error, void*);
 int DpcPutTmsTdiBits(void* handle, int count, const uint8_t* pairs, int returnTdo, uint8_t* tdo,
@@ -65,6 +66,7 @@ constexpr unsigned kToShiftCycles = 9;
 
 TEST(UsbBlaster, ReadsAnIdcodeByRunsAndByDirectBytes) {
     Plug("pod USB-Blaster description=USB-Blaster");
+    FT_SetVIDPID(0x09FB, 0x6001); // the library lists no maker's identifiers but FTDI's by itself
     void* handle = nullptr;
     ASSERT_EQ(FT_OpenEx("USB-Blaster", 2, &handle), 0u);
     uint32_t id = 0;
@@ -93,6 +95,7 @@ TEST(UsbBlaster, ReadsAnIdcodeByRunsAndByDirectBytes) {
 
 TEST(UsbBlaster, ARunWithoutTheReadBitAnswersNothingAndTheCountIsHonoured) {
     vb::Board& board = Plug("pod USB-Blaster description=USB-Blaster");
+    FT_SetVIDPID(0x09FB, 0x6001);
     void* handle = nullptr;
     ASSERT_EQ(FT_OpenEx("USB-Blaster", 2, &handle), 0u);
     const uint64_t before = board.Clock().Cycles();
@@ -120,6 +123,8 @@ TEST(JLink, ReadsAnIdcode) {
     EXPECT_EQ((tdo[4] >> 1 | tdo[5] << 7) & 0xFF, 0x1A);
     EXPECT_EQ(board.Chain().State(), vb::TapState::Exit1Dr);
     JLINKARM_JTAG_StoreRaw(tdi, tms + 5, 1);
+    EXPECT_EQ(board.Chain().State(), vb::TapState::Exit1Dr); // stored, not sent
+    JLINKARM_JTAG_SyncBits();
     EXPECT_EQ(board.Chain().State(), vb::TapState::UpdateDr);
     EXPECT_EQ(board.PodTraffic().writeCalls, 2u);
     EXPECT_EQ(board.PodTraffic().readCalls, 1u);
@@ -182,7 +187,7 @@ TEST(Digilent, ReadsAnIdcodeBehindTheFallingEdge) {
     ASSERT_TRUE(DpcPutTmsTdiBits(handle, 8, pairs, 0, nullptr, &error, nullptr));
     ASSERT_TRUE(DpcPutTdiBits(handle, 32, zeros, 0, 1, tdo, &error, nullptr));
     EXPECT_EQ(Word(tdo), kIdcode);
-    EXPECT_TRUE(DpcDisableJtag(handle, &error));
+    EXPECT_TRUE(DpcDisableJtag(handle, &error, nullptr));
     EXPECT_TRUE(DpcCloseJtag(handle, &error));
     EXPECT_FALSE(DpcCloseJtag(handle, &error));
     DpcTerm();
