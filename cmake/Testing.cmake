@@ -9,10 +9,11 @@ set(OM_TEST_ENVIRONMENT
     TSAN_OPTIONS=suppressions=${CMAKE_SOURCE_DIR}/cmake/races.supp:print_suppressions=0)
 
 # Tests are compiled without optimisation: what they judge is optimised, they themselves run once, and
-# a test source then takes less than half the time to compile.
-function(om_compile_for_testing name header)
+# a test source then takes less than half the time to compile. The rest are the arguments of
+# target_precompile_headers: a header of its own, or that of a library, which is compiled once for all.
+function(om_compile_for_testing name)
   target_compile_options(${name} PRIVATE $<$<CONFIG:RelWithDebInfo>:-O0> $<$<CONFIG:RelWithDebInfo>:-g1>)
-  target_precompile_headers(${name} PRIVATE ${header})
+  target_precompile_headers(${name} ${ARGN})
 endfunction()
 
 # om_add_test(name SOURCES file... LIBRARIES target... [ENVIRONMENT VAR=value...])
@@ -20,7 +21,7 @@ function(om_add_test name)
   cmake_parse_arguments(arg "" "" "SOURCES;LIBRARIES;ENVIRONMENT" ${ARGN})
   add_executable(${name} ${arg_SOURCES})
   target_link_libraries(${name} PRIVATE om_options ${arg_LIBRARIES} GTest::gmock_main)
-  om_compile_for_testing(${name} ${CMAKE_SOURCE_DIR}/tests/support/Precompiled.h)
+  om_compile_for_testing(${name} REUSE_FROM om_test_support)
   add_test(NAME ${name} COMMAND ${name} --gtest_brief=1)
   set_tests_properties(${name} PROPERTIES
     TIMEOUT 600 ENVIRONMENT "${OM_TEST_ENVIRONMENT};${arg_ENVIRONMENT}")
@@ -34,7 +35,7 @@ function(om_add_window_test name)
   add_executable(${name} ${arg_SOURCES})
   target_link_libraries(${name} PRIVATE om_options om_window_test_support om_windows om_test_support
                         ${arg_LIBRARIES})
-  om_compile_for_testing(${name} ${CMAKE_SOURCE_DIR}/tests/windows/support/Precompiled.h)
+  om_compile_for_testing(${name} REUSE_FROM om_window_test_support)
   add_test(NAME ${name} COMMAND ${name} --gtest_brief=1)
   set_tests_properties(${name} PROPERTIES
     TIMEOUT 600 ENVIRONMENT "${OM_TEST_ENVIRONMENT};${arg_ENVIRONMENT}")

@@ -195,20 +195,3 @@ TEST_F(KeyboardTest, EveryMenuCommandHasALetterOfItsOwn) {
     }
     EXPECT_EQ(letters, (std::set<wxChar>{'F', 'V', 'S', 'A', 'H'}));
 }
-
-TEST_F(KeyboardTest, EscapeAbortsTheWork) {
-    PrepareFiles();
-    LoadSetupAndData();
-    FillFlash(Bytes(256, 0x5A));
-    target_.vectorsPerTransfer = 8;
-    target_.onScan = [] {
-        wxWindow* progress = wxWindow::FindWindowByLabel("Please Wait");
-        if (progress && progress->FindWindow(wxID_ABORT)->IsEnabled()) {
-            progress->Raise();
-            wxUIActionSimulator().Char(WXK_ESCAPE);
-        }
-    };
-    ExpectDialog("Verify", {kEnter});
-    ExpectBox("Verify operation was aborted by user.", kEnter);
-    PressInFrame({Alt('A'), {'V'}});
-}

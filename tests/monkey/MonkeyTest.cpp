@@ -1,6 +1,6 @@
 // Random input, valid and invalid, must never cost more than a message. The seed makes a run, and
 // each of its steps, repeatable:
-//   OM_MONKEY_SECONDS    how long; 15 by default
+//   OM_MONKEY_SECONDS    how long; 5 by default
 //   OM_MONKEY_SEED       1 by default
 //   OM_MONKEY_JOURNAL    file for what was done, one line a deed
 #include "tests/monkey/Monkey.h"
@@ -111,7 +111,7 @@ class Surroundings {
 } // namespace
 
 TEST(MonkeyTest, LeavesTheProgramAlive) {
-    const std::chrono::seconds time(FromEnvironment("OM_MONKEY_SECONDS", 15));
+    const std::chrono::seconds time(FromEnvironment("OM_MONKEY_SECONDS", 5));
     const uint64_t seed = FromEnvironment("OM_MONKEY_SEED", 1);
     const Surroundings surroundings;
     const DialogsAllowed dialogs;
