@@ -13,5 +13,5 @@ struct OmCommandLine {
 };
 
 // `arguments` without the program's name, taken as they are. A third file name ends the scan, and
-// with it everything behind it is ignored.
+// with it everything after it is ignored.
 OmCommandLine ParseCommandLine(std::span<const std::wstring> arguments);

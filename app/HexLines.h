@@ -18,7 +18,7 @@ class OmHexLines {
 
     uint32_t GetLineCount() const { return lineCount_; }
 
-    // Empty for the lines between chunks and behind the last one.
+    // Empty for the lines between chunks and past the last one.
     std::wstring GetLineText(uint32_t line) const;
 
     // True with the line that shows `address`; false with the first line of the next data above it,

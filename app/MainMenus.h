@@ -28,4 +28,4 @@ struct OmToolRow {
 
 std::span<const OmMenu> GetMenuTable();
 std::span<const OmToolRow> GetActionTools(); // the upper bar
-std::span<const OmToolRow> GetDataTools();   // the lower bar, behind the data caption
+std::span<const OmToolRow> GetDataTools();   // the lower bar, after the data caption

@@ -1,7 +1,7 @@
 /* The part of BSDL (IEEE 1149.1, annex B) that a boundary-scan tool needs, on two levels in one
    grammar: the VHDL-like statements, and the sub-languages inside the strings of some attributes.
    When such a statement is complete, a mid-rule action pushes its string back into the scanner
-   behind a mode token, which picks the list rule that reads it.
+   after a mode token, which picks the list rule that reads it.
 
    The mid-rule actions must run before the parser asks for the next token, or the mode token would
    come one token late. They do, because every state that holds such an action has nothing but
@@ -9,7 +9,7 @@
 
    Names inside the actions: see BsdlActions.h. A rule that ends in `error` only says where the
    syntax error lay, and ends the parse. As the parser drops states until one takes the error, an
-   error in a statement behind the port clause also ends in the port clause's explanation. */
+   error in a statement after the port clause also ends in the port clause's explanation. */
 
 %code requires {
 #include <string>

@@ -6,7 +6,7 @@
 #include <optional>
 #include <string_view>
 
-// The number at the start of `text`, behind blanks and with whatever follows it ignored, as scanf
+// The number at the start of `text`, after blanks and with whatever follows it ignored, as scanf
 // reads it; none if there is no digit or the number does not fit.
 template <typename Number>
 std::optional<Number> ReadLeadingNumber(std::string_view text) {

@@ -9,7 +9,7 @@ constexpr size_t kIndent = 2;
 constexpr size_t kOptionWidth = 26; // with the indent
 constexpr size_t kCommandWidth = 16;
 
-// One paragraph in lines that begin behind `indent` blanks; the first line is `column` columns long
+// One paragraph in lines that begin after `indent` blanks; the first line is `column` columns long
 // already.
 std::string WrapLine(const std::string& paragraph, size_t indent, size_t column) {
     std::istringstream words(paragraph);

@@ -17,7 +17,7 @@ constexpr char kDescription[] =
     "setup files of velflash.";
 
 constexpr char kFooter[] =
-    "Options may stand before or behind the command. Without cable options the connection set in "
+    "Options may stand before or after the command. Without cable options the connection set in "
     "velflash is used.\n"
     "Exit status: 0 done, 1 failed, 2 wrong command line, 130 stopped by Ctrl+C.";
 
@@ -26,7 +26,7 @@ constexpr char kGeneralHint[] =
 
 constexpr char kNumbersHint[] =
     "Offsets are hexadecimal bytes of the whole data bus, with or without 0x; sizes are decimal, "
-    "or hexadecimal with 0x; K and M behind a decimal number stand for 1024 and 1048576.\n";
+    "or hexadecimal with 0x; K and M after a decimal number stand for 1024 and 1048576.\n";
 
 constexpr char kAnOffset[] = "an offset: hexadecimal, or decimal with K or M";
 constexpr char kASize[] = "a size: decimal, hexadecimal with 0x, or decimal with K or M";

@@ -9,7 +9,7 @@ namespace {
 constexpr uint64_t kAddressSpace = uint64_t{1} << 32;
 
 // Overwrites what the chunk already holds and appends the rest; the run starts inside the chunk or
-// right behind it.
+// right after it.
 void StoreInChunk(OmDataChunk& chunk, uint32_t address, std::span<const uint8_t> bytes) {
     const size_t offset = address - chunk.address;
     const size_t inside = std::min(bytes.size(), chunk.bytes.size() - offset);
@@ -135,8 +135,8 @@ void OmDataImage::SettleFollowing(Chunks::iterator chunk) {
     }
     chunk->bytes.insert(chunk->bytes.end(), next->bytes.begin() + overlap, next->bytes.end());
     index_.erase(next->address);
-    const auto behind = chunks_.erase(next);
-    touching_ |= behind != chunks_.end() && behind->address == chunk->End();
+    const auto after = chunks_.erase(next);
+    touching_ |= after != chunks_.end() && after->address == chunk->End();
 }
 
 void OmDataImage::JoinTouching() const {

@@ -14,7 +14,7 @@ struct OmDataChunk {
 
     uint32_t LastAddress() const { return address + static_cast<uint32_t>(bytes.size() - 1); }
 
-    // First address behind the chunk; 64 bits, as a chunk may end at FFFFFFFFh.
+    // First address past the chunk; 64 bits, as a chunk may end at FFFFFFFFh.
     uint64_t End() const { return uint64_t{address} + bytes.size(); }
 
     bool operator==(const OmDataChunk&) const = default;
@@ -34,7 +34,7 @@ class OmDataImage {
     void SetByte(uint32_t address, uint8_t value);
 
     // The same for a run of bytes, at a cost that does not depend on how it lies: the fast road of
-    // the file readers and of flash reads. Addresses do not wrap: bytes behind FFFFFFFFh are
+    // the file readers and of flash reads. Addresses do not wrap: bytes past FFFFFFFFh are
     // dropped.
     void SetBytes(uint32_t address, std::span<const uint8_t> bytes);
 

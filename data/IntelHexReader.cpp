@@ -38,7 +38,7 @@ class IntelHexReader {
     bool wrapsInSegment_ = true;
 };
 
-// Behind the first data record only the start of a line is looked at, before it any place.
+// After the first data record only the start of a line is looked at, before it any place.
 bool IntelHexReader::Read() {
     bool found = source_.FindMarker(kMarker);
     while (found) {

@@ -4,7 +4,7 @@
 
 // Only whether there is none, one or more than one solution matters, so nothing is enumerated. The
 // devices fall into blocks that cannot stretch: a run of known lengths up to the start of the
-// unknown one behind it. A solution places the blocks in order, with at least two bits for each
+// unknown one after it. A solution places the blocks in order, with at least two bits for each
 // unknown length between them. Taking the lower (or the higher) of two solutions' positions for
 // every block gives a solution again; so, if there is any solution, there is one with every block
 // as low as can be and one with every block as high as can be, and it is the only one exactly if
@@ -69,7 +69,7 @@ Positions PlaceLowest(const std::vector<Block>& blocks, const OmBitVector& strea
 bool CanMoveUp(const std::vector<Block>& blocks, const Positions& lowest,
                const OmBitVector& stream) {
     for (size_t index = blocks.size() - 2; index > 0; --index) {
-        // Every block behind this one cannot move, so this is its highest place.
+        // Every block after this one cannot move, so this is its highest place.
         uint64_t position = lowest[index + 1] - kShortestLength - blocks[index].extent;
         while (position > lowest[index] && !Fits(blocks[index], position, stream))
             --position;

@@ -75,9 +75,9 @@ void OmFlashSectorLayout::GetSectorRange(uint32_t chips, uint32_t from, uint32_t
                 sector = (from - start) / (uint64_t{group.Size} * chips);
                 first = static_cast<uint32_t>(index + sector);
             }
-            const uint64_t behind = CountStartsUpTo(start, group, chips, to);
-            if (behind > sector)
-                count += static_cast<uint32_t>(behind - sector);
+            const uint64_t after = CountStartsUpTo(start, group, chips, to);
+            if (after > sector)
+                count += static_cast<uint32_t>(after - sector);
         }
         start = end;
         index += group.Count;

@@ -42,7 +42,7 @@ class TextStream : public wxOutputStream {
     }
 };
 
-// Position behind the next `end`, or the end of the text.
+// Position past the next `end`, or the end of the text.
 size_t SkipBehind(std::string_view text, size_t position, std::string_view end) {
     const size_t found = text.find(end, position);
     return found == std::string_view::npos ? text.size() : found + end.size();

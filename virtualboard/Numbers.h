@@ -1,4 +1,4 @@
-// Numbers as board files write them: decimal or 0x hexadecimal, with an optional K or M behind.
+// Numbers as board files write them: decimal or 0x hexadecimal, with an optional K or M after.
 #pragma once
 
 #include <cstdint>

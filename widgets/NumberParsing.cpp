@@ -9,7 +9,7 @@ constexpr wchar_t kWhiteSpace[] = L" \t\n\v\f\r";
 
 struct ScannedNumber {
     long long value = 0;
-    bool isWhole = false; // nothing stands behind it
+    bool isWhole = false; // nothing stands after it
 };
 
 // A number in 64 bits, which saturates: what does not fit is far beyond every limit here.

@@ -18,7 +18,7 @@ std::wstring TrimText(const std::wstring& text);
 std::optional<uint32_t> ParsePlainHex(const std::wstring& text);
 
 // A hexadecimal address that the text begins with, 0 to kMaxAddress: "10xyz" is 10h. Wanted so: the
-// address may have been copied with its unit or with what stood behind it.
+// address may have been copied with its unit or with what stood after it.
 std::optional<uint32_t> ParseScanningHex(const std::wstring& text);
 
 // The same for the address that a data image is to be moved to: below kNewStartLimit.

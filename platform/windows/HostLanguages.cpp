@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <windows.h>
 
-// The list is of names such as "de-AT", each with a null behind it.
+// The list is of names such as "de-AT", each with a null after it.
 std::vector<std::string> GetHostLanguages() {
     wchar_t names[1024];
     ULONG length = 1024;

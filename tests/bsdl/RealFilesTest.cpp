@@ -78,7 +78,7 @@ constexpr AcceptedFile kAccepted[] = {
 struct RefusedFile {
     const char* name;
     int line;
-    const char* explanation; // behind the place
+    const char* explanation; // after the place
 };
 
 constexpr RefusedFile kRefused[] = {

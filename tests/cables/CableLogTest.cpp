@@ -86,7 +86,7 @@ constexpr FailureLine kFailures[] = {
      L"Device successfully opened\n*** FAILED *** (ResyncCPLD() has thrown an exception)\n"},
 };
 
-// The good log with these lines from behind "OK\n" to the cable's end.
+// The good log with these lines from after "OK\n" to the cable's end.
 std::wstring WithFailure(std::wstring log, const std::wstring& lines) {
     const size_t loaded = log.find(L"OK\n") + 3;
     const size_t end = log.find(L"Destroying");

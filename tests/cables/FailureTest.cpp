@@ -81,7 +81,7 @@ void FailOneCall(CableBench& bench, const std::string& function, uint64_t number
     ExpectStatedTexts(bench.cable, attempt, when);
     EXPECT_EQ(bench.OpenHandles(), 0) << when;
     EXPECT_EQ(NotClosed(bench.cable.family) - notClosed, Opens(function) ? 1u : 0u) << when;
-    ExpectDone(bench, "behind a failed " + when);
+    ExpectDone(bench, "after a failed " + when);
     EXPECT_EQ(bench.OpenHandles(), 0) << when;
 }
 
@@ -208,7 +208,7 @@ TEST_P(PortFailure, EveryControlCallThatFailsOnceLeavesNothingBehind) {
         EXPECT_TRUE(write || read || refused) << call;
         // Asking for the ports' addresses leaves its handle open by design.
         EXPECT_EQ(port.openHandles - handles, call == 0 ? 0 : 1) << call;
-        ExpectDone(bench, "behind failed call " + std::to_string(call));
+        ExpectDone(bench, "after failed call " + std::to_string(call));
         EXPECT_EQ(port.openHandles - handles, call == 0 ? 1 : 2) << call;
     }
 }

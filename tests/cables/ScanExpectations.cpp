@@ -70,7 +70,7 @@ std::ostream& operator<<(std::ostream& stream, const ScanEnds& ends) {
 }
 
 // TDI is high on all walks but for two: a parallel pod's clock from Exit2-DR, and the FT2232's
-// walks behind the last bit.
+// walks after the last bit.
 Trace ExpectedTrace(const CableCase& cable, const ScanEnds& ends, const OmBitVector& in) {
     const size_t row = RowOf(ends.which);
     Trace trace;

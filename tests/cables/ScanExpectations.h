@@ -41,7 +41,7 @@ class ShiftRegister {
     OmBitVector bits_;
 };
 
-// What the chain of `ThreeDevices` captures behind a TAP reset.
+// What the chain of `ThreeDevices` captures after a TAP reset.
 ShiftRegister CapturedData();
 ShiftRegister CapturedInstruction();
 

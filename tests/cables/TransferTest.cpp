@@ -63,7 +63,7 @@ const Row& RowOf(const Row (&rows)[count], CableFamily family) {
                          [family](const Row& row) { return row.family == family; });
 }
 
-// One 16-bit chip that is done before its first status read, behind 200 bits.
+// One 16-bit chip that is done before its first status read, after 200 bits.
 vb::BoardBuilder QuickChip() {
     vb::BoardBuilder builder;
     builder.Set("set", "amd").Set("buffer", "0").Set("sectors", "16x4K").Set("locks", "none");

@@ -36,7 +36,7 @@ std::string Escape(const std::string& text) {
     return std::regex_replace(text, std::regex("-"), R"(\-)");
 }
 
-// What the shell offers behind `line`, whose last word is the one to complete.
+// What the shell offers after `line`, whose last word is the one to complete.
 std::string Complete(const std::string& line) {
     const TemporaryFolder folder;
     folder.Write("script", "_init_completion() {\n"

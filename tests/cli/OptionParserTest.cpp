@@ -7,7 +7,7 @@ namespace {
 
 class OptionParser : public ::testing::Test {
   protected:
-    // Words of `line` behind the program's name.
+    // Words of `line` after the program's name.
     const OmParsedLine& Parse(const std::string& line) {
         std::vector<std::string> words{"velflash-cli"};
         std::istringstream stream(line);

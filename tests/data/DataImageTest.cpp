@@ -13,12 +13,12 @@ using Bytes = std::vector<uint8_t>;
 // Bytes by address, -1 where there is none; chunks that touch or overlap fail.
 std::vector<int> ArrayOf(const OmDataImage& image, size_t size) {
     std::vector<int> array(size, -1);
-    uint64_t behind = 0;
+    uint64_t end = 0;
     for (const OmDataChunk& chunk : image.GetChunks()) {
         EXPECT_FALSE(chunk.bytes.empty());
-        EXPECT_TRUE(behind == 0 || chunk.address > behind);
+        EXPECT_TRUE(end == 0 || chunk.address > end);
         std::copy(chunk.bytes.begin(), chunk.bytes.end(), array.begin() + chunk.address);
-        behind = chunk.End();
+        end = chunk.End();
     }
     return array;
 }
@@ -87,7 +87,7 @@ TEST(DataImage, RunsLieInEveryWayOverTwoChunks) {
         {"covering the second and more",
          {19, {9, 9, 9, 9, 9, 9, 9}},
          {{10, {1, 2, 3, 4}}, {19, {9, 9, 9, 9, 9, 9, 9}}}},
-        {"behind", {30, {9, 9}}, {{10, {1, 2, 3, 4}}, {20, {5, 6, 7, 8}}, {30, {9, 9}}}},
+        {"after", {30, {9, 9}}, {{10, {1, 2, 3, 4}}, {20, {5, 6, 7, 8}}, {30, {9, 9}}}},
         {"nothing", {12, {}}, {{10, {1, 2, 3, 4}}, {20, {5, 6, 7, 8}}}},
     };
     for (const RunCase& c : cases) {

@@ -29,7 +29,7 @@ void ExpectPieceEnabled(wxDialog& dialog, bool enabled) {
     EXPECT_EQ(IsEnabled(dialog, "(hex 8-bit offset)"), !enabled); // that of the new start
 }
 
-// Fills the dialog, presses OK, and cancels behind the one box that is expected.
+// Fills the dialog, presses OK, and cancels after the one box that is expected.
 void ExpectRefused(const std::function<void(wxDialog&)>& fill, const wxString& text,
                    const char* focused) {
     RecordingUserInterface boxes;

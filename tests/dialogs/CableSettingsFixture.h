@@ -51,7 +51,7 @@ class CableSettingsDlgTest : public testing::Test {
         return button;
     }
 
-    // Shows the dialog, takes `step`, presses OK and cancels behind the box with `text`; an empty
+    // Shows the dialog, takes `step`, presses OK and cancels after the box with `text`; an empty
     // text stands for no box.
     void ExpectRefused(const wxString& text, const ModalSteps::Step& step) {
         SCOPED_TRACE(text.ToStdString());

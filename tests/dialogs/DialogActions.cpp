@@ -31,7 +31,7 @@ Control& FindBehind(wxWindow& dialog, const wxString& label) {
         passed |= !dynamic_cast<wxTextCtrl*>(&window) && window.GetLabel() == label;
     });
     if (!found)
-        throw std::runtime_error("no control behind: " + label.ToStdString());
+        throw std::runtime_error("no control after: " + label.ToStdString());
     return *found;
 }
 

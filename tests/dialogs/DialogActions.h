@@ -16,7 +16,7 @@ class wxRadioButton;
 class wxTextCtrl;
 class wxWindow;
 
-// The first text box, or choice, that can be seen behind the control with this label.
+// The first text box, or choice, that can be seen after the control with this label.
 wxTextCtrl& BoxBehind(wxWindow& dialog, const wxString& label);
 
 wxChoice& ChoiceBehind(wxWindow& dialog, const wxString& label);
@@ -26,7 +26,7 @@ void Choose(wxWindow& dialog, const wxString& label, const wxString& entry);
 
 std::vector<std::string> EntriesOf(const wxChoice& choice);
 
-// Types into the first text box behind the control with this label.
+// Types into the first text box after the control with this label.
 void Type(wxWindow& dialog, const wxString& label, const wxString& text);
 
 std::string TextBehind(wxWindow& dialog, const wxString& label);

@@ -62,7 +62,7 @@ Outcome Show(const Groups& groups, const ModalSteps::Step& step) {
     return {button, dialog.layout.groups};
 }
 
-// Takes `step` with `row` selected; the groups and the selected row behind it.
+// Takes `step` with `row` selected; the groups and the selected row after it.
 struct Edited {
     Groups groups;
     int selected;
@@ -158,9 +158,9 @@ TEST(EditSectorsDlg, AddPutsAGroupBehindTheSelectedOne) {
 }
 
 TEST(EditSectorsDlg, AddNextToEqualSizeAddsTheCounts) {
-    const Edited behind = Edit({{2, 8192}}, wxNOT_FOUND, FillAndPress("4", "8192", "&Add"));
-    EXPECT_EQ(behind.groups, (Groups{{6, 8192}}));
-    EXPECT_EQ(behind.selected, 0);
+    const Edited after = Edit({{2, 8192}}, wxNOT_FOUND, FillAndPress("4", "8192", "&Add"));
+    EXPECT_EQ(after.groups, (Groups{{6, 8192}}));
+    EXPECT_EQ(after.selected, 0);
     const Edited before = Edit(kThreeGroups, 0, FillAndPress("4", " 8192 ", "&Add"));
     EXPECT_EQ(before.groups, (Groups{{1, 16384}, {6, 8192}, {1, 32768}}));
     EXPECT_EQ(before.selected, 1);

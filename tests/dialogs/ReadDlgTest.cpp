@@ -19,7 +19,7 @@ void Fill(wxDialog& dialog, const wxString& from, const wxString& size) {
     Type(dialog, "&Size in bytes:", size);
 }
 
-// Types, presses Read, and cancels behind the one box that is expected.
+// Types, presses Read, and cancels after the one box that is expected.
 void ExpectRefused(const wxString& from, const wxString& size, const wchar_t* text,
                    const wxString& focused) {
     SCOPED_TRACE(from.ToStdString() + " / " + size.ToStdString());

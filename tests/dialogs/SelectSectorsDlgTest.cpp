@@ -129,7 +129,7 @@ TEST(SelectSectorsDlg, SelectTicksTheRange) {
         {"", "0", {0}},
         {"13FFF", "", {4, 5}},
         {"10xyz", "1Fh", {0}},
-        {"24000", "7FFFFFFF", {}}, // behind the flash
+        {"24000", "7FFFFFFF", {}}, // past the end of the flash
     };
 
     for (const auto& c : cases) {

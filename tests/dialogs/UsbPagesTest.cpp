@@ -5,7 +5,7 @@
 
 namespace {
 
-// Presses the button behind the list of devices.
+// Presses the button after the list of devices.
 void Configure(wxWindow& dialog) {
     ForEachDescendant(dialog, [](wxWindow& window) {
         if (window.IsShownOnScreen() && window.GetLabel() == "...")

@@ -309,7 +309,7 @@ TEST(BoardProgramming, WordsBehindABatchThatFailedArrive) {
     }
 }
 
-// The same of a write buffer: those behind the first batch arrive.
+// The same of a write buffer: those after the first batch arrive.
 TEST(BoardProgramming, BuffersBehindABatchThatFailedArrive) {
     constexpr uint32_t kSectorBytes = 0x10000;
     constexpr uint32_t kBad = 0x40;    // two buffers in the sector that fails

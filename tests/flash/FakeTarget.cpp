@@ -294,8 +294,8 @@ OmBitVector FakeTarget::ScanDR(const OmBitVector& in) {
         MaskBehindFault(out);
     if (register_ != Register::Boundary)
         return out;
-    const size_t behind = devices.size() - 1 - flashDevice; // in BYPASS, one bit each
-    const auto begin = content.begin() + static_cast<ptrdiff_t>(behind);
+    const size_t after = devices.size() - 1 - flashDevice; // in BYPASS, one bit each
+    const auto begin = content.begin() + static_cast<ptrdiff_t>(after);
     latches_.assign(begin, begin + static_cast<ptrdiff_t>(BoundaryLength()));
     if (driving_)
         DrivePins();

@@ -95,7 +95,7 @@ TEST_F(Sectors, LockedSectorsAreListedAfterTheFailedOnes) {
     EXPECT_FALSE(programmer.EraseSectors(progress, {0, 32, 64}));
 }
 
-TEST_F(Sectors, TimeOutLeavesTheSectorsBehindItAlone) {
+TEST_F(Sectors, TimeOutLeavesTheSectorsAfterItAlone) {
     for (const OmCommandSet set : {OmCommandSet::IntelStandard, OmCommandSet::AmdWord}) {
         Ready(set);
         for (FakeFlashChip& chip : target.chips)

@@ -54,7 +54,7 @@ TEST(BitPacking, UnpacksWhatWasPacked) {
 
 TEST(BitPacking, OnlyExactlyOneCountsAsOne) {
     for (int value = 0; value < 256; ++value) {
-        for (size_t place = 0; place < 11; ++place) { // in a whole group, and behind it
+        for (size_t place = 0; place < 11; ++place) { // in a whole group, and past it
             OmBitVector bits(11, 0);
             bits[place] = static_cast<uint8_t>(value);
             Bytes expected{0, 0};
@@ -96,7 +96,7 @@ TEST(BitPacking, UnpacksFromAnyBit) {
 }
 
 TEST(BitPacking, UnpackingReadsNoByteBeyondItsBits) {
-    // Each vector ends with its storage, so that the address sanitizer sees a read behind it.
+    // Each vector ends with its storage, so that the address sanitizer sees a read past it.
     for (size_t first = 0; first < 8; ++first) {
         Bytes packed(2, 0xFF);
         packed.shrink_to_fit();

@@ -19,7 +19,7 @@ std::wstring Repeat(const std::wstring& text, int count) {
     return result;
 }
 
-// Eight lines of 32 zeros and one of 12: the 256-bit filler behind a 12-bit head.
+// Eight lines of 32 zeros and one of 12: the 256-bit filler after a 12-bit head.
 const std::wstring kZeros20 = L"00000000000000000000";
 const std::wstring kZeros32 = L"00000000000000000000000000000000";
 const std::wstring kSent268 =

@@ -19,7 +19,7 @@ struct ChoiceCase {
 struct ListCase {
     const char* name;
     std::vector<FakeD2xx::Device> devices;
-    std::vector<std::string> listed; // "description/serial", "*" behind it for high speed
+    std::vector<std::string> listed; // "description/serial", "*" after it for high speed
 };
 
 // Which device a cable with these stored texts opens.

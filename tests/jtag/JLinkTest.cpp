@@ -223,7 +223,7 @@ TEST_F(JLinkScan, ResetTapIs31HighClocksAndALowOne) {
 }
 
 TEST_F(JLinkScan, WalksFromEveryStartToEveryEnd) {
-    // In: the walk, 0, 1 with TMS, the way out; TDI is high on the walks. TDO 1, 0 stands behind
+    // In: the walk, 0, 1 with TMS, the way out; TDI is high on the walks. TDO 1, 0 stands after
     // the walk; all else is 1 so that a wrong place is seen.
     const WalkCase cases[] = {
         {false, 0, 1, "StoreGetRaw 8 tms 62 tdi EF", 0xDF},

@@ -221,7 +221,7 @@ TEST(ParallelCable, EachFailedCallOfTheSetUpIsReported) {
 
 TEST(ParallelCable, SystemThatRefusesThePortIsNamed) {
     FakePortDriver port;
-    port->failAtCall = 1; // the first access, behind the enumeration
+    port->failAtCall = 1; // the first access, after the enumeration
     port->refusalReason = L"no permission to open /dev/parport0";
     OmWiggler cable;
     LogCollector log;

@@ -64,10 +64,10 @@ TEST(Parport, RefusesAddressesThatBelongToNoPort) {
     uint8_t value = 0;
     size_t returned = 9;
     const std::array<uint8_t, 2> below{0x77, 0x03};
-    const std::array<uint8_t, 2> behind{0x7B, 0x03};
+    const std::array<uint8_t, 2> past{0x7B, 0x03};
     EXPECT_FALSE(driver->Control(kPortRead, below, {&value, 1}, returned));
     EXPECT_EQ(returned, 0U);
-    EXPECT_FALSE(driver->Control(kPortRead, behind, {&value, 1}, returned));
+    EXPECT_FALSE(driver->Control(kPortRead, past, {&value, 1}, returned));
 }
 
 TEST(Parport, RefusesADeviceThatCannotBeClaimed) {

@@ -94,7 +94,7 @@ class PlainSearch {
     const OmBitVector& stream_;
 };
 
-// Advances `lengths` to the next list over {-1, 2, 3}; false behind the last.
+// Advances `lengths` to the next list over {-1, 2, 3}; false past the last.
 bool NextLengths(Lengths& lengths) {
     for (int32_t& length : lengths) {
         length = length == -1 ? 2 : length == 2 ? 3 : -1;

@@ -182,7 +182,7 @@ TEST(Digilent, ReadsAnIdcodeBehindTheFallingEdge) {
     EXPECT_FALSE(DpcPutTdiBits(handle, 8, zeros, 0, 1, tdo, &error, nullptr)); // not enabled
     ASSERT_TRUE(DpcEnableJtag(handle, &error, nullptr));
     // TMS 1 five times, 0, 1, then to Capture-DR, as pairs with TDI high; the next clock enters
-    // Shift-DR, and what TDO shows behind it is the first bit.
+    // Shift-DR, and what TDO shows after it is the first bit.
     const uint8_t pairs[] = {0xFF, 0x77};
     ASSERT_TRUE(DpcPutTmsTdiBits(handle, 8, pairs, 0, nullptr, &error, nullptr));
     ASSERT_TRUE(DpcPutTdiBits(handle, 32, zeros, 0, 1, tdo, &error, nullptr));

@@ -227,7 +227,7 @@ class AcceleratorTest : public MainWindowTest {
                      [this](wxCommandEvent& event) { chosen_.push_back(event.GetId()); });
     }
 
-    // The commands that a key chooses. F9 behind it shows that the key has been worked off.
+    // The commands that a key chooses. F9 after it shows that the key has been worked off.
     std::vector<int> Type(int key, int modifiers = wxMOD_NONE) {
         chosen_.clear();
         frame_->UpdateWindowUI();

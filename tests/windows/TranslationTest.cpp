@@ -26,7 +26,7 @@ Texts LabelsOf(const wxMenu& menu) {
     return labels;
 }
 
-// The letter behind the ampersand; nothing if there is none.
+// The letter after the ampersand; nothing if there is none.
 wxString MnemonicOf(const wxString& label) {
     return label.AfterFirst('&').Left(1).Lower();
 }
@@ -52,7 +52,7 @@ void ExpectUniqueMnemonics(const wxMenuBar& bar) {
     }
 }
 
-// What stands behind the tab of each command.
+// What stands after the tab of each command.
 std::map<int, std::string> AcceleratorsOf(const wxMenu& menu) {
     std::map<int, std::string> keys;
     for (const wxMenuItem* item : menu.GetMenuItems()) {

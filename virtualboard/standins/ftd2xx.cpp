@@ -122,7 +122,7 @@ VB_EXPORT Status FT_OpenEx(void* argument, uint32_t flags, Handle* handle) {
     return status;
 }
 
-// A handle is void behind a close that fails, too.
+// A handle is void after a close that fails, too.
 VB_EXPORT Status FT_Close(Handle handle) {
     vb::UsbHost* host = vb::CurrentUsbHost();
     if (!host)

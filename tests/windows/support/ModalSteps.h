@@ -31,7 +31,7 @@ class ModalSteps : public wxModalDialogHook {
     ModalSteps& operator=(const ModalSteps&) = delete;
 
     // The next dialog, in order, has this title and takes `step`, which is to leave it closed.
-    // Steps for dialogs that it opens itself are expected behind it.
+    // Steps for dialogs that it opens itself are expected after it.
     void Expect(const wxString& title, Step step);
 
     // The same for a dialog that only needs one of its buttons pressed.
