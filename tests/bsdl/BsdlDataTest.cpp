@@ -82,7 +82,7 @@ TEST(BsdlData, FirstUsableBoundaryLengthCounts) {
 }
 
 // A table of a million cells made anew for each of them would take minutes.
-TEST(BsdlData, ManyBoundaryLengthsCostNoMoreThanOne) {
+TEST(BsdlData, ManyEqualBoundaryLengthsAreOne) {
     OmBsdlData data = DataWithLength("1000000");
     for (int i = 0; i < 50000; ++i)
         data.AddAttribute("BOUNDARY_LENGTH", "CHIP", "entity", "1000000");

@@ -240,7 +240,7 @@ TEST_F(BsdlParser, EmptyFileIsNoBsdlFile) {
                     "        : improper entity declaration; may be this is not a BSDL file\n");
 }
 
-TEST_F(BsdlParser, BoundaryLengthBehindTheCellsComesTooLate) {
+TEST_F(BsdlParser, BoundaryLengthAfterTheCellsComesTooLate) {
     std::string source = SampleSource();
     const std::string length = "attribute BOUNDARY_LENGTH of CHIP : entity is 3;\n";
     source.erase(source.find(length), length.size());
@@ -261,6 +261,19 @@ TEST_F(BsdlParser, InnerLanguageWantsAStringOfItsOwn) {
     EXPECT_FALSE(ParseChanged("entity is \"XX01\"", "entity is XX01"));
     EXPECT_EQ(said, "Error: (in 'x.bsd' on line 16) syntax error\n"
                     "        : improper port declaration\n");
+}
+
+// The string of the statement before would otherwise stand in for what is none.
+TEST_F(BsdlParser, NoStringIsLeftOverFromOneStatementToTheNext) {
+    for (const char* before :
+         {"attribute DESIGN of CHIP : entity is \"XX01\"; ",
+          "constant C : string := \"XX01\"; attribute D of CHIP : entity is 1; "}) {
+        EXPECT_FALSE(ParseChanged(
+            "attribute INSTRUCTION_CAPTURE of CHIP : entity is \"XX01\"",
+            before + std::string("attribute INSTRUCTION_CAPTURE of CHIP : entity is XX01")));
+        EXPECT_EQ(said, "Error: (in 'x.bsd' on line 16) syntax error\n"
+                        "        : improper port declaration\n");
+    }
 }
 
 TEST_F(BsdlParser, MissingFileIsReportedWithoutAPlace) {

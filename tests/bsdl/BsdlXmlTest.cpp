@@ -207,7 +207,7 @@ TEST(BsdlXml, ContentCheckRefusesWhatCannotBeRestored) {
     }
 }
 
-TEST(BsdlXml, CostGrowsWithTheNumberOfCellsAndNotFaster) {
+TEST(BsdlXml, TwentyThousandCellsComeBack) {
     OmBsdlData data;
     data.entity = "BIG";
     data.AddAttribute("INSTRUCTION_LENGTH", "BIG", "entity", "4");

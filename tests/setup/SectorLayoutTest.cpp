@@ -34,7 +34,15 @@ TEST(SectorLayout, RangeOfSectorsTouchingBytes) {
     }
 }
 
-TEST(SectorLayout, RangeBehindTheLayoutIsEmpty) {
+TEST(SectorLayout, ChipHasAtMostAMillionSectorsAndFourGigabytes) {
+    EXPECT_TRUE(OmFlashSectorLayout({{{0x100000, 1}}}).FitsAChip());
+    EXPECT_FALSE(OmFlashSectorLayout({{{0x100001, 1}}}).FitsAChip());
+    EXPECT_FALSE(OmFlashSectorLayout({{{0x80000, 1}, {0x80001, 2}}}).FitsAChip());
+    EXPECT_TRUE(OmFlashSectorLayout({{{0x10000, 0xFFFF}, {1, 0xFFFF}}}).FitsAChip());
+    EXPECT_FALSE(OmFlashSectorLayout({{{0x10000, 0x10000}, {1, 1}}}).FitsAChip());
+}
+
+TEST(SectorLayout, RangePastTheLayoutIsEmpty) {
     uint32_t first = 0;
     uint32_t count = 99;
     kBootLayout.GetSectorRange(1, 0x10000, 0x20000, first, count);

@@ -171,7 +171,7 @@ TEST_F(SetupFile, SaveReplacesOnlyOnSuccess) {
 
 // A chain of 2,000 devices and 20,000 static pins: lists that are walked for every element would
 // show as minutes.
-TEST_F(SetupFile, LargeSetupsTakeLinearTime) {
+TEST_F(SetupFile, LargeSetupsComeBack) {
     OmDesignSetup setup;
     setup.devices.resize(2000);
     for (OmChainDevice& device : setup.devices)
