@@ -98,12 +98,15 @@ std::wstring CollectWarnings(const OmFlashPins& pins) {
     return text;
 }
 
-// Shows an error; an empty text is none.
-bool Pass(const std::wstring& error) {
-    if (error.empty())
-        return true;
+// Tells the error and answers false.
+bool Refuse(const std::wstring& error) {
     GetUserInterface().ShowMessage(error, Translated(kErrorTitle), kWarningBox);
     return false;
+}
+
+// An empty text is no error.
+bool AcceptOrRefuse(const std::wstring& error) {
+    return error.empty() || Refuse(error);
 }
 
 bool ConfirmWarnings(const std::wstring& warnings) {
@@ -196,11 +199,11 @@ bool OmDesignSetup::CheckSetupIntegrity(unsigned flags, bool quiet) const {
         ShowMessage(Translated("No JTAG chain defined."), kWarningBox);
         return false;
     }
-    if (!Pass(FindStructureError(*this)) || (needsFullPins && !Pass(FindCommandPinError(*this))) ||
-        !CheckPinCollisions())
+    if (!AcceptOrRefuse(FindStructureError(*this)) ||
+        (needsFullPins && !AcceptOrRefuse(FindCommandPinError(*this))) || !CheckPinCollisions())
         return false;
     if (needsFullPins && IsLowDataBitMissing(*this))
-        return Pass(
+        return Refuse(
             Translated("At least low 8 data bits of each flash chip must be connected to pins of "
                        "JTAG chain devices in order to perform info, erase, program or lock/unlock "
                        "actions."));
@@ -211,7 +214,8 @@ bool OmDesignSetup::CheckPinCollisions() const {
     const std::wstring report = CollectPinUses(*this).FormatCollisions();
     if (report.empty())
         return true;
-    return Pass(TranslatedFormat("The same pin of a JTAG chain device is connected to drive/sense "
-                                 "more then one signal:\n%ls.",
-                                 report.c_str()));
+    return Refuse(
+        TranslatedFormat("The same pin of a JTAG chain device is connected to drive/sense "
+                         "more then one signal:\n%ls.",
+                         report.c_str()));
 }
