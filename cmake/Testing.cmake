@@ -13,6 +13,10 @@ set(OM_TEST_ENVIRONMENT
 # target_precompile_headers: a header of its own, or that of a library, which is compiled once for all.
 function(om_compile_for_testing name)
   target_compile_options(${name} PRIVATE $<$<CONFIG:RelWithDebInfo>:-O0> $<$<CONFIG:RelWithDebInfo>:-g1>)
+  if(UNIX)
+    # A program's -fPIE would not take a library's precompiled header.
+    target_compile_options(${name} PRIVATE -fPIC)
+  endif()
   target_precompile_headers(${name} ${ARGN})
 endfunction()
 

@@ -265,15 +265,15 @@ TEST_F(BsdlParser, InnerLanguageWantsAStringOfItsOwn) {
 
 // The string of the statement before would otherwise stand in for what is none.
 TEST_F(BsdlParser, NoStringIsLeftOverFromOneStatementToTheNext) {
-    for (const char* before :
-         {"attribute DESIGN of CHIP : entity is \"XX01\"; ",
-          "constant C : string := \"XX01\"; attribute D of CHIP : entity is 1; "}) {
-        EXPECT_FALSE(ParseChanged(
-            "attribute INSTRUCTION_CAPTURE of CHIP : entity is \"XX01\"",
-            before + std::string("attribute INSTRUCTION_CAPTURE of CHIP : entity is XX01")));
-        EXPECT_EQ(said, "Error: (in 'x.bsd' on line 16) syntax error\n"
-                        "        : improper port declaration\n");
-    }
+    const std::string inner = "attribute INSTRUCTION_CAPTURE of CHIP : entity is XX01;";
+    EXPECT_FALSE(ParseChanged("attribute INSTRUCTION_CAPTURE of CHIP : entity is \"XX01\";",
+                              "attribute DESIGN of CHIP : entity is \"XX01\"; " + inner));
+    EXPECT_EQ(said, "Error: (in 'x.bsd' on line 16) syntax error\n"
+                    "        : improper port declaration\n");
+    EXPECT_FALSE(ParseChanged("attribute TAP_SCAN_IN of TDI : signal is true;",
+                              "constant C : string := \"XX01\"; " + inner));
+    EXPECT_EQ(said, "Error: (in 'x.bsd' on line 11) syntax error\n"
+                    "        : improper port declaration\n");
 }
 
 TEST_F(BsdlParser, MissingFileIsReportedWithoutAPlace) {
