@@ -27,7 +27,7 @@ class OmEditSectorsDlg : public wxDialog {
     void Remove();
     void MoveUp();
     void MoveDown();
-    // `upper` and the group after it; the selection follows to `place` unless groups merged.
+    // `upper` and the group behind it; the selection follows to `place` unless groups merged.
     void SwapGroups(int upper, int place);
 
     bool ReadFields(OmSectorGroup& group);

@@ -1,4 +1,4 @@
-// Asks how the data is to be programmed: erase before, verify after, and where it goes.
+// Asks how the data is to be programmed: erase before, verify behind, and where it goes.
 #pragma once
 
 #include "dialogs/EraseDlg.h"

@@ -17,7 +17,7 @@ constexpr size_t kRegionBytes = 4;
 
 // Query addresses. An extended table cannot begin inside the fixed part of the query structure.
 constexpr uint32_t kLowestTable = 27;
-constexpr uint32_t kBufferSizeEnd = 44; // first address past the buffer size
+constexpr uint32_t kBufferSizeEnd = 44; // first address behind the buffer size
 constexpr uint32_t kRegionsStart = 45;
 
 constexpr uint32_t kSmallestBuffer = 2; // one byte is no buffer

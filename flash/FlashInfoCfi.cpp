@@ -151,7 +151,7 @@ std::wstring GetCfiRowLabel(size_t row) {
     return Translated(kRows[row].label);
 }
 
-// The extended tables bound the query structure: what lies after their beginning is not part of
+// The extended tables bound the query structure: what lies behind their beginning is not part of
 // it, whatever was read there. The command set codes precede every table that counts as one.
 std::vector<std::wstring> FormatCfiRows(const OmCfiBuffer& cfi) {
     const uint32_t end = GetCfiTableEnd(cfi);

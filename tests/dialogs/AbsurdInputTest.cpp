@@ -156,7 +156,7 @@ class AbsurdInputTest : public BsdlDialogTest {
     void ExpectRefused(wxDialog& shown, const NumberBox& box, const wxString& text) {
         SCOPED_TRACE(std::string(box.name) + ": " + text.Left(50).ToStdString(wxConvUTF8));
         boxes_.Expect(box.warning, kWarningBox);
-        FindByClass<wxButton>(shown)->SetFocus();
+        FindByLabel(shown, box.button)->SetFocus();
         Type(shown, box.label, text);
         PressButton(shown, box.button);
         EXPECT_TRUE(shown.IsModal());
