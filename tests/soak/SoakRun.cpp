@@ -110,8 +110,7 @@ class Run {
     void LeaveState() {
         if (!dice_.Percent(15))
             return;
-        const bool bypass =
-            !drawn_.intel && road_.built.flash.unlockBypass && dice_.Percent(50);
+        const bool bypass = !drawn_.intel && road_.built.flash.unlockBypass && dice_.Percent(50);
         result_.description += bypass ? " left-in-bypass" : " left-in-autoselect";
         for (size_t chip = 0; chip < road_.board->FlashCount(); ++chip)
             LeaveState(road_.board->Flash(chip).Model(), bypass);

@@ -35,14 +35,26 @@ TEST(CfiQuirks, TopBootChipListsItsBottomFirst) {
     Bench bench(vb::BoardBuilder().Flash("s29gl064n-top").Set("sector-us", "1000"));
     EnterQuery(bench);
     // Two regions: 8 x 8 KiB, 127 x 64 KiB; primary table at 40h, version 1.3, top boot.
-    ExpectBytes(bench, {{0x2C, 2},    {0x2D, 7},    {0x2E, 0},    {0x2F, 0x20}, {0x30, 0},
-                        {0x31, 126},  {0x32, 0},    {0x33, 0},    {0x34, 1},    {0x15, 0x40},
-                        {0x40, 0x50}, {0x41, 0x52}, {0x42, 0x49}, {0x43, 0x31}, {0x44, 0x33},
+    ExpectBytes(bench, {{0x2C, 2},
+                        {0x2D, 7},
+                        {0x2E, 0},
+                        {0x2F, 0x20},
+                        {0x30, 0},
+                        {0x31, 126},
+                        {0x32, 0},
+                        {0x33, 0},
+                        {0x34, 1},
+                        {0x15, 0x40},
+                        {0x40, 0x50},
+                        {0x41, 0x52},
+                        {0x42, 0x49},
+                        {0x43, 0x31},
+                        {0x44, 0x33},
                         {0x4F, 3}});
     bench.bus.Write(0, 0xF0);
     for (const uint32_t address : {0x0000u, 0x7FFFu, 0x3F8000u, 0x3FF000u})
         bench.Chip().SetWord(address, 0);
-    EraseWith(bench, 0, 0x30); // 64 KiB at the bottom
+    EraseWith(bench, 0, 0x30);        // 64 KiB at the bottom
     EraseWith(bench, 0x3FF000, 0x30); // 8 KiB at the top
     EXPECT_EQ(bench.bus.Read(0x7FFF), 0xFFFFu);
     EXPECT_EQ(bench.bus.Read(0x3FF000), 0xFFFFu);
@@ -72,8 +84,18 @@ TEST(CfiQuirks, SstTableSumsToTwiceTheChip) {
     bench.bus.Write(0x2AAA, 0x55);
     bench.bus.Write(0x5555, 0x98);
     // 2^21 bytes; 512 sectors of 4 KiB and 32 blocks of 64 KiB; command set 0701h
-    ExpectBytes(bench, {{0x10, 'Q'}, {0x13, 1}, {0x14, 7}, {0x27, 21}, {0x2C, 2}, {0x2D, 0xFF},
-                        {0x2E, 1}, {0x2F, 0x10}, {0x30, 0}, {0x31, 31}, {0x33, 0}, {0x34, 1}});
+    ExpectBytes(bench, {{0x10, 'Q'},
+                        {0x13, 1},
+                        {0x14, 7},
+                        {0x27, 21},
+                        {0x2C, 2},
+                        {0x2D, 0xFF},
+                        {0x2E, 1},
+                        {0x2F, 0x10},
+                        {0x30, 0},
+                        {0x31, 31},
+                        {0x33, 0},
+                        {0x34, 1}});
     bench.bus.Write(0x5555, 0xF0);
     EXPECT_EQ(bench.bus.Read(0x10), 0xFFFFu);
 }
